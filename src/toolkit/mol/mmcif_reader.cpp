@@ -15,7 +15,7 @@ namespace {
 namespace cif = gemmi::cif;
 
 // Columns of the _atom_site loop in the order in which they are asked for below.
-enum Column {
+enum Column : std::size_t {
   type_symbol,
   cartn_x,
   cartn_y,
@@ -78,22 +78,22 @@ constexpr std::array<const char*, 14> kept_cif_items = {
     "_reflns.d_resolution_high",
 };
 
-std::string text_of(const cif::Table::Row& row, int column) {
+std::string text_of(const cif::Table::Row& row, std::size_t column) {
   return row.has2(column) ? cif::as_string(row[column]) : std::string();
 }
 
 // The depositor's name for a thing, or the archive's where there is none.
-std::string text_of(const cif::Table::Row& row, int auth_column, int label_column) {
+std::string text_of(const cif::Table::Row& row, std::size_t auth_column, std::size_t label_column) {
   std::string text = text_of(row, auth_column);
   return text.empty() ? text_of(row, label_column) : text;
 }
 
-char character_of(const cif::Table::Row& row, int column) {
+char character_of(const cif::Table::Row& row, std::size_t column) {
   const std::string text = text_of(row, column);
   return text.empty() ? ' ' : text.front();
 }
 
-float number_of(const cif::Table::Row& row, int column, float missing) {
+float number_of(const cif::Table::Row& row, std::size_t column, float missing) {
   if (!row.has2(column)) return missing;
   const auto number = static_cast<float>(cif::as_number(row[column]));
   return std::isfinite(number) ? number : missing;
@@ -107,14 +107,14 @@ int integer_of(const std::string& text) {
 
 std::array<float, 3> position_of(const cif::Table::Row& row, std::size_t row_number) {
   std::array<float, 3> xyz{};
-  for (int axis = 0; axis < 3; ++axis) {
+  for (std::size_t axis = 0; axis < 3; ++axis) {
     const std::string& text = row[cartn_x + axis];
     const auto number = static_cast<float>(cif::as_number(text));
     if (!std::isfinite(number)) {
       throw MoleculeFileError(VXCore::format_text("atom %zu has \"%s\" for a coordinate",
                                                   row_number, text.substr(0, 20).c_str()));
     }
-    xyz[static_cast<std::size_t>(axis)] = number;
+    xyz[axis] = number;
   }
   return xyz;
 }

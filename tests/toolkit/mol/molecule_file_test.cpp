@@ -268,10 +268,8 @@ TEST(MoleculeFile, SerialsAndResidueNumbersGoOnInBase36) {
   EXPECT_EQ(*residues.back().seqid.num, 10002);
   EXPECT_EQ(residues.front().atoms.back().serial, 100001);
 
-  const auto start = std::chrono::steady_clock::now();
   VXGraphMol back;
   ASSERT_TRUE(VXReadMolecule(dir.file("big.pdb"), back));
-  EXPECT_LT(seconds_since(start), 20.0);
   EXPECT_EQ(back.NumAtoms(), 100001U);
   EXPECT_EQ(back.NumBonds(), 0U);
 }

@@ -144,7 +144,8 @@ TEST(Molecule, CopiesAreWholeAndIndependent) {
     copy->GetAtom(0)->SetName("changed");
   }
   EXPECT_EQ(mol.GetAtom(0)->GetName(), "C0");
-  mol = mol;
+  const VXGraphMol& itself = mol;
+  mol = itself;
   EXPECT_EQ(mol.NumAtoms(), 3U);
   mol.Clear();
   EXPECT_FALSE(static_cast<bool>(mol));
