@@ -1,0 +1,33 @@
+/// \file
+/// Comparing two grids where their lattices overlap.
+#ifndef VXGRID_GRIDMATH_GRID_OVERLAP_H
+#define VXGRID_GRIDMATH_GRID_OVERLAP_H
+
+#include <tuple>  // for tuple
+
+#include "vxgrid/toolkit/core/export.h"
+
+namespace VXCore {
+
+/// Compares field 0 of two grids, given by handle, where their lattices overlap: (sum over the
+/// first, sum over the second, sum over both). Sums run in double precision.
+///
+/// | mode | the sums, with a and b the values of the first and the second                         |
+/// |------|---------------------------------------------------------------------------------------|
+/// | 0    | a*a, b*b, a*b                                                                         |
+/// | 1    | counts of values above `threshold` and of those below -`threshold`; "both" counts a
+/// point where the two pass the same test | | 2    | as 0, on the differences next minus previous
+/// point along the three axes; the overlap is one point smaller at every end |
+///
+/// Any other mode gives zeros, and so do an empty overlap, an unknown handle and a grid without
+/// values. A first grid of zero spacing gives them with the warning "grid as a zero spacing". The
+/// lattices are laid over each other by rounding their corners' distance to whole spacings of the
+/// first grid; where the two ranges then differ in length, "mismatch in x %d %d %d %d" (first and
+/// last index in the first grid, then in the second) goes to the error output, and the points that
+/// both have are compared.
+VXGRID_API std::tuple<float, float, float> VXGridOverlap(int first, int second, int mode,
+                                                         float threshold);
+
+}  // namespace VXCore
+
+#endif
