@@ -91,6 +91,33 @@ TEST(CCP4Map, reads_every_word_and_writes_it_back_in_every_axis_order) {
   }
 }
 
+TEST(CCP4Map, turns_the_axes_of_maps_that_take_many_blocks) {
+  std::vector<CCP4File> files(6);
+  for (std::size_t i = 0; i < 6; ++i) {
+    files[i].points = {70, 45, 41};
+    files[i].axes = axis_orders[i];
+  }
+  // One section that is too large for a block.
+  files.emplace_back();
+  files.back().points = {1500, 1450, 1};
+  files.back().axes = {2, 1, 3};
+  for (const CCP4File& file : files) {
+    const std::string bytes = file.bytes();
+    VXCCP4Map map;
+    ASSERT_TRUE(read(bytes, map));
+    const auto [nx, ny, nz] = file.points;
+    ASSERT_EQ(map.GetGridSize(), static_cast<std::size_t>(nx * ny * nz));
+    int wrong = 0;
+    for (int e = 0; e < nx * ny * nz; ++e) {
+      if (map.values[static_cast<std::size_t>(e)] !=
+          CCP4File::real(e % nx, e / nx % ny, e / (nx * ny)))
+        ++wrong;
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_TRUE(written(map) == bytes);
+  }
+}
+
 TEST(CCP4Map, keeps_one_byte_of_each_reserved_word) {
   CCP4File file;
   file.words = {{38, 0x01020304}, {52, 0xfffffff5}};

@@ -1,0 +1,48 @@
+// Gets a density map from whatever file the user has: a map file or reflections.
+#include "density_input.h"
+
+#include <filesystem>  // for exists
+#include <new>         // for bad_alloc
+
+#include "vxgrid/gridio/dispatch.h"
+#include "vxgrid/gridio/formats.h"
+#include "vxgrid/reflection/map_types.h"
+#include "vxgrid/reflection/mtz.h"
+
+namespace vxgrid_app {
+
+using namespace VXCore;
+
+bool is_reflection_file(const std::string& path) {
+  return VXFileExtension(path) == "mtz";
+}
+
+std::vector<std::string> map_type_names() {
+  return {"Fwt", "Fdelwt", "2Fo-Fc", "Fo-Fc", "Fc", "Fo", "3Fo-2Fc", "5Fo-3Fc"};
+}
+
+bool make_density(const std::string& path, const std::string& type, VXSkewGrid& map,
+                  const Console& console) {
+  if (!std::filesystem::exists(path)) return console.fail(path + ": no such file");
+  const VXMTZ mtz(path);
+  if (!mtz.IsValid()) return console.fail(path + ": not an MTZ file with reflection columns");
+  // The automatic search also fills in the columns of a file that lacks the weighted maps, which
+  // the automatic form of MakeMap would refuse.
+  VXMTZColumns columns;
+  mtz.AutoGetColumns(columns);
+  if (!mtz.MakeMap(map, VXMTZMapTypeFromString(type), columns, /*automatic=*/false,
+                   /*check_only=*/false))
+    return console.fail(path + ": no " + type + " map can be made from it");
+  return true;
+}
+
+bool read_density(const std::string& path, const std::string& type, VXSkewGrid& map,
+                  const Console& console) {
+  if (is_reflection_file(path)) return make_density(path, type, map, console);
+  if (!VXIsReadableGrid(path))
+    return console.fail(path + ": neither a grid file nor a reflection file by its extension");
+  if (!VXReadGrid(path, map)) return console.fail(path + ": cannot be read as a map");
+  return true;
+}
+
+}  // namespace vxgrid_app
