@@ -147,7 +147,7 @@ bool describe_model(const std::string& path, const Console& console) {
   unsigned int z = 0;
   if (VXXtal::VXExtractCRYST1(model, cell.data(), group, z)) {
     line(out, "Cell", cell_text(cell[0], cell[1], cell[2], cell[3], cell[4], cell[5]));
-    line(out, "Space group", group);
+    line(out, "Space group", group.substr(0, group.find_last_not_of(' ') + 1));
   }
   double resolution = 0;
   if (VXGetResolution(resolution, model)) line(out, "Resolution", formatted("%.2f A", resolution));

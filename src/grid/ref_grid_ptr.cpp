@@ -72,7 +72,8 @@ std::string VXRefGridPtr::GetTitle() const {
 
 unsigned int VXRefGridPtr::GetType() const {
   if (const_scalar_) return const_scalar_->GetType();
-  return const_skew_ ? const_skew_->GetType() : VXGridType::Generic;
+  if (const_skew_) return const_skew_->GetType();
+  return VXGridType::Generic;
 }
 
 const float* VXRefGridPtr::GetValues() const {

@@ -40,18 +40,19 @@ Span common_range(const RecordLattice& a, const RecordLattice& b, std::size_t ax
   int b_begin = b.lower[axis] < a.lower[axis] ? *low : 0;
   int a_end = a.dim[axis] - 1 - (a.upper[axis] > b.upper[axis] ? *high : 0);
   int b_end = b.dim[axis] - 1 - (b.upper[axis] > a.upper[axis] ? *high : 0);
-  if (inner) {
-    ++a_begin;
-    ++b_begin;
-    --a_end;
-    --b_end;
-  }
   if (a_begin > a_end || b_begin > b_end) return {};
   if (a_end - a_begin != b_end - b_begin) {
     std::array<char, 80> line{};
     std::snprintf(line.data(), line.size(), "mismatch in %c %d %d %d %d\n", "xyz"[axis], a_begin,
                   a_end, b_begin, b_end);
     vxerr << line.data();
+  }
+  if (inner) {
+    ++a_begin;
+    ++b_begin;
+    --a_end;
+    --b_end;
+    if (a_begin > a_end || b_begin > b_end) return {};
   }
   return {a_begin, b_begin, std::min(a_end - a_begin, b_end - b_begin) + 1};
 }

@@ -1,6 +1,7 @@
 // Clearing values by a rule.
 #include "vxgrid/gridmath/masks.h"
 
+#include <algorithm>    // for max, min
 #include <cstddef>      // for size_t
 #include <string_view>  // for string_view
 
@@ -13,11 +14,12 @@ namespace {
 
 constexpr float default_threshold = 0.5f;
 
-// Clears the values of every float field of `g` where the same element of `mask` is above, or
-// below, the threshold.
+// Clears the values of every float field in use of `g` where the same element of `mask` is above,
+// or below, the threshold.
 int clear_fields(VXBrioGrid& g, const VXBrioGrid& mask, float threshold, bool above) {
   const std::size_t size = g.GetSize();
-  const unsigned int fields = g.GetFloats().GetNumGrids();
+  const auto in_use = static_cast<unsigned int>(std::max(0, g.GetFloatsMultiple()));
+  const unsigned int fields = std::min(in_use, g.GetFloats().GetNumGrids());
   if (mask.GetSize() < size || mask.GetFloats().GetNumGrids() < fields) return 0;
   for (unsigned int field = 0; field < fields; ++field) {
     float* const values = g.GetFloats().GetValues(field);

@@ -1,7 +1,7 @@
 // Resampling onto plain lattices, with and without wrapping, and cutting blocks of whole points.
 #include "vxgrid/gridmath/regularize.h"
 
-#include <algorithm>  // for copy_n, minmax_element
+#include <algorithm>  // for copy_n, min, min_element, minmax_element
 #include <array>      // for array
 #include <cmath>      // for fabs, floor, fmod, isfinite
 #include <cstddef>    // for size_t
@@ -243,14 +243,36 @@ bool resample(VXBrioGrid& out, bool wrap, const Source& source, const float* cor
   return true;
 }
 
+// A single plane, row or point of values has nothing between its points along some axis.
+bool is_flat(const RecordLattice& lattice) {
+  return lattice.size() != 0 && *std::min_element(lattice.dim.begin(), lattice.dim.end()) == 1;
+}
+
 bool make_regular_subgrid(VXBrioGrid& out, const Source& source, const std::string& title,
                           const float* centre, const float* extents, float spacing, bool wrap) {
   out.Clear();
   const float step = spacing == 0.0f ? source.lattice.spacing : spacing;
   if (!VXMakeGridFromCenterAndExtents(out, centre, extents, step)) return false;
-  if (!resample(out, wrap, source, nullptr)) return false;
+  if (!resample(out, wrap, source, nullptr) && !is_flat(source.lattice)) return false;
   out.SetTitle(title);
   return true;
+}
+
+// True when a box at the grid's own spacing would have far more points than the grid. The spacing
+// is that of the shortest cell step, which the header of a map may claim to be as short as it
+// likes.
+bool is_out_of_proportion(const Vector3& extents, const VXBrioGrid& grid) {
+  constexpr double largest_dimension = 16777216;
+  constexpr double granted_points = 16777216;
+  constexpr double granted_ratio = 16;
+  double points = 1.0;
+  for (const float extent : extents) {
+    const double along_axis = double{extent} / double{grid.GetSpacing()} + 1.0;
+    // No dimension at all, which is refused by name further on.
+    if (!(along_axis <= largest_dimension)) return false;
+    points *= along_axis;
+  }
+  return points > granted_points && points > granted_ratio * static_cast<double>(grid.GetSize());
 }
 
 // A scalar grid of the values and title of a Brio grid with the type and tags of its source.
@@ -299,6 +321,7 @@ bool VXMakeRegularGrid(VXBrioGrid& out, const VXBrioGrid& in, float spacing) {
   Vector3 centre{};
   Vector3 extents{};
   VXGetCenterAndExtents(in, centre.data(), extents.data());
+  if (spacing == 0.0f && is_out_of_proportion(extents, in)) return false;
   return VXMakeRegularSubGrid(out, in, centre.data(), extents.data(), spacing,
                               in.GetReentrant() != 0);
 }

@@ -116,6 +116,34 @@ void turn_coefficients(float& a, float& b, float& c, float& d, const Mate& mate)
 
 }  // namespace
 
+// Puts the mates behind the `at` reflections that there are.
+template <class Mates>
+void VXReflectionImpl::append_mates(const Mates& mates, std::size_t at) {
+  visit_columns([&](auto& column) {
+    if (column.empty()) return;
+    column.resize(at + mates.size() + 1);
+    auto* to = column.data() + at;
+    for (const Mate& mate : mates)
+      *to++ = column[mate.source];
+  });
+  for (FloatColumn* phases : {&phase_, &phase_calc_, &phiwt_, &phidelwt_}) {
+    if (phases->empty()) continue;
+    float* phase = phases->data() + at;
+    for (const Mate& mate : mates) {
+      *phase = turn_phase(*phase, mate);
+      ++phase;
+    }
+  }
+  const bool turns_coefficients = has_abcd();
+  for (const Mate& mate : mates) {
+    h_[at] = mate.index.h;
+    k_[at] = mate.index.k;
+    l_[at] = mate.index.l;
+    if (turns_coefficients) turn_coefficients(hla_[at], hlb_[at], hlc_[at], hld_[at], mate);
+    ++at;
+  }
+}
+
 bool VXReflectionImpl::Expand() {
   if (expanded_) return true;
   if (symmetry_.GetNumber() == 0 || count_ == 0) return false;
@@ -125,33 +153,6 @@ bool VXReflectionImpl::Expand() {
 
   const unsigned int first = count_;
   std::size_t written = count_;
-  const auto append = [&](const std::vector<Mate>& mates) {
-    visit_columns([&](auto& column) {
-      if (column.empty()) return;
-      column.resize(written + mates.size() + 1);
-      auto to = column.begin() + static_cast<std::ptrdiff_t>(written);
-      for (const Mate& mate : mates)
-        *to++ = column[mate.source];
-    });
-    for (FloatColumn* phases : {&phase_, &phase_calc_, &phiwt_, &phidelwt_}) {
-      if (phases->empty()) continue;
-      float* phase = phases->data() + written;
-      for (const Mate& mate : mates) {
-        *phase = turn_phase(*phase, mate);
-        ++phase;
-      }
-    }
-    const bool turns_coefficients = has_abcd();
-    for (const Mate& mate : mates) {
-      h_[written] = mate.index.h;
-      k_[written] = mate.index.k;
-      l_[written] = mate.index.l;
-      if (turns_coefficients)
-        turn_coefficients(hla_[written], hlb_[written], hlc_[written], hld_[written], mate);
-      ++written;
-    }
-  };
-
   // Block by block, so that the mates at hand stay in the cache. A list that is mostly special
   // reflections should not be given room for mates that it has not.
   constexpr unsigned int block = 512;
@@ -169,7 +170,8 @@ bool VXReflectionImpl::Expand() {
       if ((i + 1) % block != 0 && i + 1 != first) continue;
       is_complete =
           is_complete && written + mates.size() <= std::numeric_limits<unsigned int>::max();
-      if (is_complete) append(mates);
+      if (is_complete) append_mates(mates, written);
+      written += mates.size();
       mates.clear();
     }
   } catch (const std::bad_alloc&) {

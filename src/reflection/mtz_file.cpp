@@ -1,15 +1,17 @@
 // Reading the bytes of MTZ reflection files.
 #include "vxgrid/reflection/mtz_file.h"
 
-#include <algorithm>    // for all_of
+#include <algorithm>    // for all_of, max, min, transform
 #include <array>        // for array
 #include <bit>          // for bit_cast
 #include <cmath>        // for sqrt
 #include <cstddef>      // for size_t
 #include <cstdint>      // for int64_t, uint32_t, uint64_t
 #include <limits>       // for numeric_limits
+#include <map>          // for map
 #include <new>          // for bad_alloc
 #include <optional>     // for optional
+#include <span>         // for span
 #include <string_view>  // for string_view
 #include <vector>       // for vector
 
@@ -105,57 +107,74 @@ MtzHeader read_header(vxistream& is, VXReflection& refl, const VXMTZColumnNames&
   return header;
 }
 
-// The data block as rows of words, zero wherever the block has none.
+// The columns of the data block that are wanted, as words, zero wherever the block has none.
 class MtzRows {
  public:
-  MtzRows(const ValueBuffer<std::uint32_t>& words, const MtzHeader& header, const MtzStart& start)
-      : words_(words),
-        start_(start),
-        width_(header.column_count),
-        count_(header.reflection_count) {}
+  MtzRows(const MtzHeader& header, const MtzStart& start)
+      : start_(start), width_(header.column_count), count_(header.reflection_count) {
+    for (std::int64_t position : header.positions)
+      want(position);
+    want(header.fcalc_intensity);
+    if (header.fobs_intensity != absent) columns_.try_emplace(header.positions[columns::FP]);
+    for (auto& [position, words] : columns_)
+      words.resize(count_);
+  }
+
+  /// Takes what a stretch of the block holds that begins with its word number `first`.
+  void take(std::span<const std::uint32_t> stretch, std::int64_t first) {
+    const std::int64_t end = first + static_cast<std::int64_t>(stretch.size());
+    for (auto& [position, words] : columns_) {
+      // The first row whose word lies in the stretch.
+      const std::int64_t before = std::max(first - position, std::int64_t{0});
+      const std::int64_t row = (before + width_ - 1) / width_;
+      std::int64_t place = row * width_ + position;
+      for (auto i = static_cast<std::size_t>(row); place < end && i < words.size(); ++i) {
+        words[i] = stretch[static_cast<std::size_t>(place - first)];
+        place += width_;
+      }
+    }
+  }
 
   std::vector<float> reals(std::int64_t position) const {
-    std::vector<float> values(count_);
-    gather(position, start_.swap_reals, [&](std::size_t row, float value) { values[row] = value; });
-    return values;
+    return converted<float>(position, start_.swap_reals, [](float value) { return value; });
   }
 
   std::vector<float> square_roots(std::int64_t position) const {
-    std::vector<float> values = reals(position);
-    for (float& value : values)
-      value = std::sqrt(value);
-    return values;
+    return converted<float>(position, start_.swap_reals,
+                            [](float value) { return std::sqrt(value); });
   }
 
   /// Empty when one does not fit an int.
   std::optional<std::vector<int>> indices(std::int64_t position) const {
-    std::vector<int> values(count_);
     bool all_fit = true;
-    gather(position, start_.swap_integers, [&](std::size_t row, float value) {
+    auto values = converted<int>(position, start_.swap_integers, [&all_fit](float value) {
       const bool fits = value >= -2147483648.0F && value < 2147483648.0F;
       all_fit = all_fit && fits;
-      values[row] = fits ? static_cast<int>(value) : 0;
+      return fits ? static_cast<int>(value) : 0;
     });
     if (!all_fit) return std::nullopt;
     return values;
   }
 
  private:
-  template <class Take>
-  void gather(std::int64_t position, bool swap, Take&& take) const {
-    const auto size = static_cast<std::int64_t>(words_.size());
-    std::int64_t place = position;
-    for (std::size_t row = 0; row < count_; ++row, place += width_) {
-      const std::uint32_t word =
-          place >= 0 && place < size ? words_[static_cast<std::size_t>(place)] : 0;
-      take(row, std::bit_cast<float>(swap ? __builtin_bswap32(word) : word));
-    }
+  void want(std::int64_t position) {
+    if (position != absent) columns_.try_emplace(position);
   }
 
-  const ValueBuffer<std::uint32_t>& words_;
+  template <class T, class Convert>
+  std::vector<T> converted(std::int64_t position, bool swap, Convert&& convert) const {
+    std::vector<T> values(count_);
+    const std::vector<std::uint32_t>& words = columns_.at(position);
+    std::transform(words.begin(), words.end(), values.begin(), [&](std::uint32_t word) {
+      return convert(std::bit_cast<float>(swap ? __builtin_bswap32(word) : word));
+    });
+    return values;
+  }
+
   const MtzStart& start_;
   std::int64_t width_;
   std::size_t count_;
+  std::map<std::int64_t, std::vector<std::uint32_t>> columns_;  // by position in the row
 };
 
 bool set_indices(VXReflection& refl, const MtzHeader& header, const MtzRows& rows) {
@@ -225,19 +244,49 @@ bool fill(VXReflection& refl, const MtzHeader& header, const MtzRows& rows) {
          set(VXReflectionColumn::Phidelwt, columns::PHDELWT);
 }
 
-// The rows between the first block and the text records, all of them or std::bad_alloc.
-ValueBuffer<std::uint32_t> read_data(vxistream& is, std::int64_t size) {
-  if (size < 0) throw std::bad_alloc();
-  const auto bytes = static_cast<std::uint64_t>(size);
-  const std::optional<std::uint64_t> left = is.bytes_left();
-  if (left && bytes > *left) throw std::bad_alloc();
-  ValueBuffer<std::uint32_t> words;
-  std::uint64_t arrived = 0;
-  if (!VXHost::detail::read_claimed(is, bytes / sizeof(std::uint32_t), words, &arrived) ||
-      arrived < bytes)
-    throw std::bad_alloc();
-  return words;
-}
+// The block between the first one and the text records, which is whole or std::bad_alloc. The text
+// records tell what is wanted of it and come behind it: where the stream knows its length they are
+// read first and the block in stretches; otherwise the block is held.
+class MtzData {
+ public:
+  MtzData(vxistream& is, std::int64_t size) : is_(is) {
+    if (size < 0) throw std::bad_alloc();
+    const auto bytes = static_cast<std::uint64_t>(size);
+    words_ = bytes / sizeof(std::uint32_t);
+    const std::optional<std::uint64_t> left = is.bytes_left();
+    if (left && bytes > *left) throw std::bad_alloc();
+    start_ = is.tell();
+    if (left && is.seek(size, vxstream::cur)) return;
+    std::uint64_t arrived = 0;
+    if (!VXHost::detail::read_claimed(is, words_, held_, &arrived) || arrived < bytes)
+      throw std::bad_alloc();
+  }
+
+  std::uint64_t word_count() const { return words_; }
+
+  /// Leaves the stream where it was, which is behind the text records.
+  void read_into(MtzRows& rows) {
+    if (!held_.empty()) {
+      rows.take({held_.data(), held_.size()}, 0);
+      return;
+    }
+    const std::uint64_t end = is_.tell();
+    if (!is_.seek(static_cast<std::int64_t>(start_), vxstream::beg)) return;
+    std::vector<std::uint32_t> stretch(std::min(words_, std::uint64_t{1} << 16));
+    for (std::uint64_t done = 0; done < words_; done += stretch.size()) {
+      stretch.resize(std::min<std::uint64_t>(stretch.size(), words_ - done));
+      is_.read(reinterpret_cast<char*>(stretch.data()), stretch.size() * sizeof(std::uint32_t));
+      rows.take(stretch, static_cast<std::int64_t>(done));
+    }
+    is_.seek(static_cast<std::int64_t>(end), vxstream::beg);
+  }
+
+ private:
+  vxistream& is_;
+  std::uint64_t start_ = 0;
+  std::uint64_t words_ = 0;
+  ValueBuffer<std::uint32_t> held_;
+};
 
 std::optional<MtzStart> read_start(vxistream& is, std::size_t& arrived) {
   std::array<char, mtz_record_size> block{};
@@ -266,18 +315,20 @@ bool VXReadReflectionMTZ(vxistream& is, VXReflection& refl, const VXMTZColumnNam
   const std::optional<MtzStart> start = read_start(is, arrived);
   if (arrived < mtz_record_size) return true;
   if (!start) return false;
-  const ValueBuffer<std::uint32_t> words = read_data(is, start->data_size());
-  if (words.empty()) return true;
+  MtzData data(is, start->data_size());
+  if (data.word_count() == 0) return true;
 
   const MtzHeader header = read_header(is, refl, names);
   if (header.reflection_count == 0 || header.column_count == 0) return true;
   const std::uint64_t row_bytes = std::uint64_t{header.column_count} * sizeof(std::uint32_t);
-  const bool is_plausible =
-      header.fits_rows() &&
+  if (header.fits_rows() &&
       row_bytes <= std::numeric_limits<std::uint64_t>::max() / header.reflection_count &&
       VXHost::detail::is_proportionate(row_bytes * header.reflection_count,
-                                       words.size() * sizeof(std::uint32_t));
-  if (is_plausible && fill(refl, header, MtzRows(words, header, *start))) return true;
+                                       data.word_count() * sizeof(std::uint32_t))) {
+    MtzRows rows(header, *start);
+    data.read_into(rows);
+    if (fill(refl, header, rows)) return true;
+  }
   refl.GetImpl()->Clear();
   return false;
 }

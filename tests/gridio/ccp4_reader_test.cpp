@@ -1,6 +1,8 @@
 // CCP4 maps read into grids: every layout of the file, real maps, short and hostile files.
 #include <gtest/gtest.h>
 
+#include <algorithm>           // for min
+#include <cmath>               // for floor
 #include <gemmi/ccp4.hpp>      // for Ccp4
 #include <gemmi/unitcell.hpp>  // for UnitCell
 #include <limits>              // for numeric_limits
@@ -12,6 +14,7 @@
 #include "support/shared_data.h"
 #include "support/temp_dir.h"
 #include "vxgrid/grid/brio_grid.h"
+#include "vxgrid/grid/scalar_grid.h"
 #include "vxgrid/grid/skew_grid.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
@@ -186,6 +189,66 @@ TEST_P(RealMaps, read_as_gemmi_reads_them) {
   ASSERT_TRUE(VXCore::VXReadGrid(shared_data(map.file), skew));
   EXPECT_EQ(skew.GetFloatData("AMAX"), other.header_float(21));
   EXPECT_TRUE(std::equal(values, values + grid.GetSize(), skew.GetValues()));
+}
+
+// The grid without orientation takes the values of the crystal grid, continued by whole periods.
+// Where a block stops short of a period it has a jump there, and points at the jump are not judged.
+TEST_P(RealMaps, become_regular_grids_of_the_periodic_field) {
+  const RealMap& map = GetParam();
+  if (!has_shared_data(map.file)) GTEST_SKIP() << missing_data(map.file);
+  VXBrioGrid crystal;
+  ASSERT_TRUE(VXCore::VXReadGrid(shared_data(map.file), crystal));
+  VXCore::VXScalarGrid regular;
+  ASSERT_TRUE(VXCore::VXReadGrid(shared_data(map.file), regular));
+  EXPECT_EQ(regular.GetSpacing(), crystal.GetSpacing());
+  EXPECT_EQ(regular.GetFloatData("AMAX"), crystal.GetFloatData("AMAX"));
+  ASSERT_GT(regular.GetSize(), 0u);
+
+  float a = 0, b = 0, c = 0, alpha = 0, beta = 0, gamma = 0;
+  crystal.GetUnitCell(a, b, c, alpha, beta, gamma);
+  const gemmi::UnitCell cell(a, b, c, alpha, beta, gamma);
+  std::array<unsigned, 3> sampling{};
+  crystal.GetUnitSpacing(sampling[0], sampling[1], sampling[2]);
+  const bool is_flat = std::min({map.dims[0], map.dims[1], map.dims[2]}) == 1;
+  float x = 0, y = 0, z = 0;
+  crystal.ElementToSpatialCoord(0, x, y, z);
+  const gemmi::Fractional first = cell.fractionalize({x, y, z});
+  const double tolerance = 2e-4 * (crystal.GetFloatData("AMAX") - crystal.GetFloatData("AMIN"));
+  std::size_t judged = 0;
+  for (unsigned e = 0; e < regular.GetSize(); ++e) {
+    regular.ElementToSpatialCoord(e, x, y, z);
+    const gemmi::Fractional place = cell.fractionalize({x, y, z});
+    std::array<unsigned, 3> low{};
+    std::array<double, 3> t{};
+    bool at_jump = false;
+    for (unsigned i = 0; i < 3 && !is_flat; ++i) {
+      const double period = map.dims[i] - 1.0;
+      const int axis = static_cast<int>(i);
+      double index = (place.at(axis) - first.at(axis)) * sampling[i];
+      index -= period * std::floor(index / period);
+      at_jump = at_jump || index < 1e-3 || index > period - 1e-3;
+      low[i] = std::min(static_cast<unsigned>(index), map.dims[i] - 2);
+      t[i] = index - low[i];
+    }
+    if (at_jump) continue;
+    ++judged;
+    double expected = 0.0;
+    for (unsigned corner = 0; corner < 8 && !is_flat; ++corner) {
+      std::array<unsigned, 3> node = low;
+      double weight = 1.0;
+      for (unsigned i = 0; i < 3; ++i) {
+        const unsigned up = corner >> i & 1u;
+        node[i] += up;
+        weight *= up == 1 ? t[i] : 1.0 - t[i];
+      }
+      expected +=
+          weight *
+          static_cast<double>(
+              crystal.GetValues()[node[0] + map.dims[0] * (node[1] + map.dims[1] * node[2])]);
+    }
+    ASSERT_NEAR(regular[e], expected, tolerance) << e;
+  }
+  EXPECT_GT(judged, regular.GetSize() / 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(Deposited, RealMaps,

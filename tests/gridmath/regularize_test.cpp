@@ -183,6 +183,24 @@ TEST(Regularize, a_grid_without_orientation_at_its_own_spacing_is_copied_with_it
   EXPECT_FALSE(VXMakeRegularGrid(source, source, 0.25f));
 }
 
+// A tiny step along one edge would turn fifty values into gigabytes at that spacing.
+TEST(Regularize, a_box_out_of_all_proportion_to_the_grid_is_refused) {
+  VXBrioGrid source;
+  source.SetDim(2, 5, 5);
+  source.SetUnitCell(100, 100, 100, 90, 90, 90, 100000, 10, 10);
+  source.SetReentrant(true);
+  VXBrioGrid out;
+  out.SetDim(2, 2, 2);
+  EXPECT_FALSE(VXMakeRegularGrid(out, source, 0.0f));
+  EXPECT_EQ(out.GetSize(), 8u);
+  VXScalarGrid scalar;
+  EXPECT_FALSE(VXMakeRegularGrid(scalar, VXSkewGrid{VXSkewGridImpl(source)}, 0.0f));
+  EXPECT_EQ(scalar.GetSize(), 0u);
+  // A spacing that the caller names is the caller's affair.
+  EXPECT_TRUE(VXMakeRegularGrid(out, source, 2.0f));
+  EXPECT_EQ(out.GetYDim(), 21u);
+}
+
 // A cell with a closing plane, sampled far beyond its own box.
 TEST(Regularize, wrapping_continues_a_crystal_periodically) {
   VXBrioGrid source = triclinic(25, 26, 33);

@@ -52,7 +52,7 @@ class VXGRID_API VXBrioGrid : public VXGridAbstractBase {
   VXBrioGrid& operator=(const VXFixedMultiGrid<float>& grid);
 
   /// True when there are float or integer values.
-  explicit operator bool() const { return GetFloatsSet() || GetIntegersSet(); }
+  operator bool() const { return GetFloatsSet() || GetIntegersSet(); }
 
   /// Back to a default-made grid: tags, stores and all fields go.
   void Clear() override;

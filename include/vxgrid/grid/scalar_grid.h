@@ -12,15 +12,15 @@
 
 namespace VXCore {
 
-/// What the values of a grid are. Any other number is carried as well.
-namespace VXGridType {
-inline constexpr unsigned int Generic = 0;
-inline constexpr unsigned int Electrostatic = 1;
-inline constexpr unsigned int Dorn = 2;
-inline constexpr unsigned int RegularMap = 3;
-inline constexpr unsigned int DifferenceMap = 4;
-inline constexpr unsigned int Ux = 5;
-}  // namespace VXGridType
+/// What the values of a grid are. Grids carry it as a plain number, and take any other as well.
+enum VXGridType : unsigned int {
+  Generic = 0,
+  Electrostatic = 1,
+  Dorn = 2,
+  RegularMap = 3,
+  DifferenceMap = 4,
+  Ux = 5
+};
 
 /// A regular grid of floats: the host grid and a VXGridType.
 class VXGRID_API VXScalarGrid : public VXGrid<float> {

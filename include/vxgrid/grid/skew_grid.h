@@ -34,7 +34,7 @@ class VXGRID_API VXSkewGridImpl {
   VXSkewGridImpl& operator=(const VXScalarGrid& grid);
   VXSkewGridImpl& operator=(const VXBrioGrid& grid);
 
-  explicit operator bool() const { return static_cast<bool>(*brio_); }
+  operator bool() const { return static_cast<bool>(*brio_); }
   const VXFixedGrid<float>& AsRegularGrid() const;
   VXBrioGrid& GetImpl() const { return *brio_; }
   void Clear();
@@ -113,7 +113,7 @@ class VXGRID_API VXSkewGrid : public VXGridAbstractBase {
   VXSkewGrid& operator=(const VXSkewGridImpl& impl);
 
   /// True when there are values.
-  explicit operator bool() const { return static_cast<bool>(*impl_); }
+  operator bool() const { return static_cast<bool>(*impl_); }
   /// The values as a regular grid, as if no orientation were set.
   const VXFixedGrid<float>& AsRegularGrid() const { return impl_->AsRegularGrid(); }
   VXSkewGridImpl& GetImpl() const { return *impl_; }

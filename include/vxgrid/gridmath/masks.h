@@ -26,25 +26,25 @@ inline constexpr unsigned int mask_gaussian_smooth_inverse = 7;  ///< g * (1 - e
 VXGRID_API bool VXMaskGridValues(float* values, const float* mask, unsigned int count,
                                  unsigned int type);
 
-/// Clears the values of all float fields that are above ("value+") or below ("value-") `value`.
-/// Gives 1, or 0 with nothing changed for any other type.
+/// Clears the values of all float fields in use that are above ("value+") or below ("value-")
+/// `value`. Gives 1, or 0 with nothing changed for any other type.
 VXGRID_API int vx_mask_grid(VXBrioGrid& g, float value, const char* type);
 
-/// Clears the values of all float fields where the same element of `other` is above ("grid+") or
-/// below ("grid-") `value`. Gives 1, or 0 with nothing changed for any other type and when `other`
-/// has fewer fields or values than the grid.
+/// Clears the values of all float fields in use where the same element of `other` is above
+/// ("grid+") or below ("grid-") `value`. Gives 1, or 0 with nothing changed for any other type and
+/// when `other` has fewer fields or values than the grid.
 VXGRID_API int vx_mask_grid(VXBrioGrid& g, const VXBrioGrid& other, float value, const char* type);
 
 /// Marks the points of a grid that lie inside spheres, strictly: `integers[point]` becomes the
 /// item's number counted from 1 and `floats[point]` becomes `value`, each where the record has the
 /// buffer. Later items overwrite earlier ones.
 ///
-/// | kind                    | items of `spheres`                   | radius |
-/// |-------------------------|--------------------------------------|-----------------------------------------|
-/// | "atoms"                 | PdbStruct                            | probe + radii[i], probe for
-/// null `radii`| | "spheres"               | four floats x, y, z, r               | probe + r | |
-/// "points", "coordinates" | three floats                         | as for "atoms" | | "doubles" |
-/// none are read                        | marks nothing                           |
+/// | kind                    | items of `spheres`     | radius                                |
+/// |-------------------------|------------------------|---------------------------------------|
+/// | "atoms"                 | PdbStruct              | probe + radii[i]; null `radii`: probe |
+/// | "spheres"               | four floats x, y, z, r | probe + r                             |
+/// | "points", "coordinates" | three floats           | as for "atoms"                        |
+/// | "doubles"               | none are read          | marks nothing                         |
 ///
 /// The first plane of each axis, index 0, is never marked. Gives 1; 0 with the warning "no such
 /// sphere type as %s\n" for another kind.

@@ -17,7 +17,9 @@ class VXSkewGrid;
 
 /// A copy, tags included, of a grid without orientation when `spacing` is 0 or its own. Otherwise a
 /// regular grid over its centre and extents (VXGetCenterAndExtents), wrapping when the grid is
-/// reentrant.
+/// reentrant. False as for VXMakeRegularSubGrid; and for a `spacing` of 0, with nothing changed,
+/// when the box would have more than 2^24 points and more than 16 times those of the grid, as it
+/// does where one cell edge is claimed to be sampled far more finely than the others.
 VXGRID_API bool VXMakeRegularGrid(VXBrioGrid& out, const VXBrioGrid& in, float spacing);
 
 /// The same of the grid below the skew grid; type and tags go along.
@@ -25,8 +27,9 @@ VXGRID_API bool VXMakeRegularGrid(VXScalarGrid& out, const VXSkewGrid& in, float
 
 /// Resamples the box around `centre[3]` of full lengths `extents[3]`, in Angstrom, at `spacing` (0:
 /// the source's). Values come from the selected float field of the source; points outside the
-/// source are 0 unless it wraps. The title goes along, and of scalar and skew grids type and tags
-/// do too. False as for VXMakeGridFromCenterAndExtents, and when the resampling fails.
+/// source are 0 unless it wraps, and all are where it has a single plane. The title goes along, and
+/// of scalar and skew grids type and tags do too. False as for VXMakeGridFromCenterAndExtents, and
+/// when the resampling fails.
 VXGRID_API bool VXMakeRegularSubGrid(VXBrioGrid& out, const VXBrioGrid& in, const float* centre,
                                      const float* extents, float spacing, bool wrap);
 VXGRID_API bool VXMakeRegularSubGrid(VXScalarGrid& out, const VXScalarGrid& in, const float* centre,

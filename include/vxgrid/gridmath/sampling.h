@@ -21,8 +21,8 @@ class VXScalarGrid;
 /// | mode    | items                               | value                                        |
 /// |---------|-------------------------------------|----------------------------------------------|
 /// | 0, 2, 4 | PdbStruct, float[3], double[3] each | trilinear, blended along x, then y, then z   |
-/// | 1, 3, 5 | the same                            | quadratic over the 27 points around the
-/// nearest one | | 6, 7, 8 | the same                            | that of the nearest point |
+/// | 1, 3, 5 | the same                            | quadratic, over the 27 points around it      |
+/// | 6, 7, 8 | the same                            | that of the nearest point                    |
 ///
 /// A point counts only strictly inside the box of the lattice points; for the quadratic order the
 /// box is smaller by half a spacing on every side. With e = (upper - lower)/spacing in single

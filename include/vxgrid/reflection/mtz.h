@@ -145,9 +145,8 @@ class VXGRID_API VXMTZ {
   /// "mtz_filename" and, with the file's labels joined by "|", "fobs" (types F, G, J, K), "sigma"
   /// (L, M, Q) and "rfree" (I).
   ///
-  /// False when the object is not valid, the type is unknown, columns are missing, the file cannot
-  /// be read or the map cannot be made; all but the first and the one before the last of these with
-  /// a message.
+  /// False without a message when the object is not valid or the file cannot be read again, with
+  /// one when the type is unknown, columns are missing or the map cannot be made.
   bool MakeMap(VXSkewGrid& grid, unsigned int maptype, VXMTZColumns& cols, bool automatic,
                bool check_only) const;
 

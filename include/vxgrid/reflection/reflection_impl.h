@@ -4,8 +4,9 @@
 #ifndef VXGRID_REFLECTION_REFLECTION_IMPL_H
 #define VXGRID_REFLECTION_REFLECTION_IMPL_H
 
-#include <string>  // for string
-#include <vector>  // for vector
+#include <cstddef>  // for size_t
+#include <string>   // for string
+#include <vector>   // for vector
 
 #include "vxgrid/crystal/symmetry.h"
 #include "vxgrid/toolkit/core/export.h"
@@ -308,6 +309,8 @@ class VXGRID_API VXReflectionImpl {
   bool find_element(unsigned int i, unsigned int& element) const;
   bool has_indices() const { return !h_.empty() && !k_.empty() && !l_.empty(); }
   bool has_abcd() const { return !hla_.empty() && !hlb_.empty() && !hlc_.empty() && !hld_.empty(); }
+  template <class Mates>
+  void append_mates(const Mates& mates, std::size_t at);
   /// Calls `visit` with every column but the permutation.
   template <class Visit>
   void visit_columns(Visit&& visit);

@@ -204,7 +204,7 @@ class VXGRID_API VXMolBase : public VXCore::VXBase {
   VXMolBase& operator=(const VXMolBase& other);
 
   /// True if there is an atom.
-  explicit operator bool() const { return num_atoms_ != 0; }
+  operator bool() const { return num_atoms_ != 0; }
   /// Removes everything, tagged data included.
   void Clear() override;
   VXCore::TypeId GetDataType() const override;
