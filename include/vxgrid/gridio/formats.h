@@ -11,14 +11,14 @@ namespace VXCore {
 
 /// Constants of the grid file formats. Every function takes any number; one above Ascii behaves as
 /// Undefined.
-namespace VXGridFileType {
-inline constexpr unsigned int Undefined = 0;
-inline constexpr unsigned int GRASP = 1;  ///< potential maps of 65^3 points, ".phi"
-inline constexpr unsigned int GRD = 2;    ///< all that a VXBrioGrid holds, ".grd"
-inline constexpr unsigned int CCP4 = 3;   ///< crystallographic maps, ".map", ".ccp4", ".mrc"
-inline constexpr unsigned int XPLOR = 4;  ///< crystallographic maps, read only, ".xplor"
-inline constexpr unsigned int Ascii = 5;  ///< one value a line, ".agd"
-}  // namespace VXGridFileType
+enum VXGridFileType : unsigned int {
+  Undefined = 0,
+  GRASP = 1,  ///< potential maps of 65^3 points, ".phi"
+  GRD = 2,    ///< all that a VXBrioGrid holds, ".grd"
+  CCP4 = 3,   ///< crystallographic maps, ".map", ".ccp4", ".mrc"
+  XPLOR = 4,  ///< crystallographic maps, read only, ".xplor"
+  Ascii = 5,  ///< one value a line, ".agd"
+};
 
 /// The format of a file name extension, without its dot and in any case; Undefined for one that is
 /// not known and for null. An extension counts by how it begins: "mapped" and "map.gz" are maps.
