@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
+#include "length_option.h"
 #include "vxgrid/grid/brio_grid.h"
 #include "vxgrid/grid/scalar_grid.h"
 #include "vxgrid/grid/skew_grid.h"
@@ -22,7 +23,7 @@ class ConvertCommand : public Command {
     app.add_option("OUT", output_, "File to write; its extension chooses the format")->required();
     app.add_option("-s,--spacing", spacing_,
                    "Resample onto a regular grid of this spacing (Angstrom)")
-        ->check(CLI::PositiveNumber);
+        ->check(is_length());
   }
 
   bool run(const Console& console) override {

@@ -24,6 +24,8 @@ std::vector<std::string> map_type_names() {
 bool make_density(const std::string& path, const std::string& type, VXSkewGrid& map,
                   const Console& console) {
   if (!std::filesystem::exists(path)) return console.fail(path + ": no such file");
+  if (!is_reflection_file(path))
+    return console.fail(path + ": the extension is not that of a reflection file, mtz or mtz.gz");
   const VXMTZ mtz(path);
   if (!mtz.IsValid()) return console.fail(path + ": not an MTZ file with reflection columns");
   // The automatic search also fills in the columns of a file that lacks the weighted maps, which

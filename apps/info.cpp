@@ -53,8 +53,8 @@ std::string group_text(unsigned int number) {
 
 void describe_values(std::ostream& out, const VXBrioGrid& grid) {
   const float* values = grid.GetValues();
-  if (values == nullptr) return;
   const std::size_t size = grid.GetSize();
+  if (values == nullptr || size == 0) return;
   const auto [low, high] = std::minmax_element(values, values + size);
   double sum = 0, squares = 0;
   for (std::size_t i = 0; i < size; ++i) {

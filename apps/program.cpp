@@ -72,8 +72,12 @@ int run_program(std::vector<std::string> arguments, Console console) {
                                     : console.quiet ? VXErrorLevel::Error
                                                     : VXErrorLevel::Warning);
   try {
-    for (std::size_t i = 0; i < made.size(); ++i)
-      if (apps[i]->parsed()) return made[i]->run(console) ? 0 : 1;
+    for (std::size_t i = 0; i < made.size(); ++i) {
+      if (!apps[i]->parsed()) continue;
+      const bool done = made[i]->run(console);
+      if (console.out.flush()) return done ? 0 : 1;
+      console.fail("the results cannot be written");
+    }
   } catch (const std::exception& failure) {
     console.fail(failure.what());
   }

@@ -11,6 +11,7 @@
 
 #include "command.h"
 #include "density_input.h"
+#include "length_option.h"
 #include "vxgrid/density/model_density.h"
 #include "vxgrid/density/real_space_scores.h"
 #include "vxgrid/density/resolution.h"
@@ -75,7 +76,7 @@ class ScoreCommand : public Command {
         ->capture_default_str();
     app.add_option("-r,--radius", radius_,
                    "Radius around atoms (Angstrom); the default follows from the resolution")
-        ->check(CLI::PositiveNumber);
+        ->check(is_length());
     app.add_flag("-p,--per-residue", per_residue_, "Score each residue as well");
     app.add_flag("-j,--json", json_, "Write JSON");
     app.footer(

@@ -62,7 +62,8 @@ TEST(Program, wrong_use_exits_with_2_and_says_what_is_allowed) {
                {{"paint"}, "The commands are info convert map score."},
                {{"score", "a.pdb"}, "MAP is required"},
                {{"map", "a.mtz", "-o", "a.map", "--type", "Nope"}, "2Fo-Fc"},
-               {{"convert", "a.map", "b.grd", "--spacing", "-1"}, "spacing"},
+               {{"convert", "a.map", "b.grd", "--spacing", "-1"}, "-1 is not a number above 0"},
+               {{"score", "a.pdb", "a.map", "--radius", "nan"}, "nan is not a number above 0"},
                {{"info", "--verbose", "--quiet", "a"}, "--verbose"}};
   for (const auto& c : cases) {
     const Outcome result = run(c.arguments);
