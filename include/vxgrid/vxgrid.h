@@ -14,6 +14,7 @@
 #include "vxgrid/density/resolution.h"
 #include "vxgrid/density/scattering.h"
 #include "vxgrid/density/sigma.h"
+#include "vxgrid/fieldgrids/thinning.h"
 #include "vxgrid/gaussian/explicit_grid.h"
 #include "vxgrid/gaussian/gauss_grid.h"
 #include "vxgrid/gaussian/grid_size.h"
