@@ -51,9 +51,8 @@ std::vector<Place> places(const VXMolBase& mol) {
 
 Place image_of(const float* m, const Place& p) {
   Place out{};
-  for (std::size_t i = 0; i < 3; ++i) {
+  for (std::size_t i = 0; i < 3; ++i)
     out[i] = m[i] * p[0] + m[4 + i] * p[1] + m[8 + i] * p[2] + m[12 + i];
-  }
   return out;
 }
 
@@ -62,9 +61,21 @@ struct Crystal {
   gemmi::UnitCell cell;
   std::vector<gemmi::Op> ops;
 
-  Crystal(const VXUnitCell& c, const char* group) : cell(c.a, c.b, c.c, c.alpha, c.beta, c.gamma) {
-    for (const gemmi::Op op : gemmi::find_spacegroup_by_name(group)->operations()) {
+  Crystal(const VXUnitCell& c, const std::string& group)
+      : cell(c.a, c.b, c.c, c.alpha, c.beta, c.gamma) {
+    for (const gemmi::Op op : gemmi::find_spacegroup_by_name(group)->operations())
       ops.push_back(op);
+  }
+  /// Calls `visit(image)` with the images of points in the cells up to five around.
+  template <class Visit>
+  void for_each_image(const std::vector<Place>& points, Visit visit) const {
+    for (const gemmi::Op& op : ops) {
+      for (int shift = 0; shift < 11 * 15 * 11; ++shift) {
+        std::vector<Place> images;
+        for (const Place& p : points)
+          images.push_back(image(p, op, shift % 11 - 5, shift / 11 % 15 - 7, shift / 165 - 5));
+        visit(images);
+      }
     }
   }
   Place image(const Place& p, const gemmi::Op& op, int a, int b, int c) const {
@@ -107,9 +118,8 @@ TEST(CrystalImages, OperatorsBringTheCentreIntoTheCellThatWasAskedFor) {
     for (unsigned int k = 0; k < images.NumOps(); ++k) {
       const Place c = image_of(images.Matrix(k), {center[0], center[1], center[2]});
       const gemmi::Fractional f = crystal.cell.fractionalize(gemmi::Position(c[0], c[1], c[2]));
-      EXPECT_EQ(std::floor(f.x), shift[0]);
-      EXPECT_EQ(std::floor(f.y), shift[1]);
-      EXPECT_EQ(std::floor(f.z), shift[2]);
+      for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(std::floor(f.at(static_cast<int>(i))), shift[i]);
       EXPECT_EQ(images.GetOpNumber(k), k);
       EXPECT_EQ(images.IsIdentity(k), k == 0 && shift[0] == 0);
       // The image is the molecule under one of gemmi's operators and a lattice shift.
@@ -130,11 +140,8 @@ TEST(CrystalImages, OperatorsBringTheCentreIntoTheCellThatWasAskedFor) {
     }
   }
   const VXXtalSymmetry flagged(mol, true, false);
-  EXPECT_EQ(flagged.NumOps(), 4U);
-  EXPECT_TRUE(flagged.IsIdentity(0));
-  EXPECT_EQ(flagged.Matrix(4), nullptr);
-  EXPECT_FALSE(flagged.IsIdentity(4));
-  EXPECT_EQ(flagged.GetOpNumber(4), 0U);
+  EXPECT_TRUE(flagged.NumOps() == 4 && flagged.IsIdentity(0));
+  EXPECT_TRUE(!flagged.Matrix(4) && !flagged.IsIdentity(4) && flagged.GetOpNumber(4) == 0);
   EXPECT_FALSE(VXXtalSymmetry(VXGraphMol(), 0, 0, 0).IsValid());
 }
 
@@ -148,35 +155,26 @@ TEST(CrystalImages, NearAPointAreThoseWhoseBoxComesWithinTheRadius) {
   for (const auto& [point, radius] : {std::pair{inside, 0.0}, std::pair{outside, 0.0},
                                       std::pair{outside, 6.3}, std::pair{outside, 15.0}}) {
     std::set<std::string> expected;
-    for (const gemmi::Op& op : crystal.ops) {
-      for (int a = -5; a <= 5; ++a) {
-        for (int b = -7; b <= 7; ++b) {
-          for (int c = -5; c <= 5; ++c) {
-            Place lower{1e9, 1e9, 1e9}, upper{-1e9, -1e9, -1e9};
-            std::vector<Place> atoms;
-            for (const Place& p : places(mol))
-              atoms.push_back(crystal.image(p, op, a, b, c));
-            for (int corner = 0; corner < 8; ++corner) {
-              Place p{};
-              for (std::size_t i = 0; i < 3; ++i) {
-                p[i] = center[i] + ((corner >> i) % 2 == 0 ? -0.5 : 0.5) * extents[i];
-              }
-              p = crystal.image(p, op, a, b, c);
-              for (std::size_t i = 0; i < 3; ++i) {
-                lower[i] = std::min(lower[i], p[i]);
-                upper[i] = std::max(upper[i], p[i]);
-              }
-            }
-            double d2 = 0;
-            for (std::size_t i = 0; i < 3; ++i) {
-              const double d = std::max({lower[i] - point[i], point[i] - upper[i], 0.0});
-              d2 += d * d;
-            }
-            if (d2 <= radius * radius) expected.insert(rounded(atoms));
-          }
-        }
-      }
+    // The atoms with the corners of their box behind them.
+    std::vector<Place> points = places(mol);
+    for (int corner = 0; corner < 8; ++corner) {
+      points.emplace_back();
+      for (std::size_t i = 0; i < 3; ++i)
+        points.back()[i] = center[i] + ((corner >> i) % 2 == 0 ? -0.5 : 0.5) * extents[i];
     }
+    crystal.for_each_image(
+        points, [&, &point = point, &radius = radius](std::vector<Place> images) {
+          double d2 = 0;
+          for (std::size_t i = 0; i < 3; ++i) {
+            const auto [low, high] =
+                std::minmax_element(images.end() - 8, images.end(),
+                                    [i](const Place& a, const Place& b) { return a[i] < b[i]; });
+            const double d = std::max({(*low)[i] - point[i], point[i] - (*high)[i], 0.0});
+            d2 += d * d;
+          }
+          images.resize(images.size() - 8);
+          if (d2 <= radius * radius) expected.insert(rounded(images));
+        });
     const VXXtalSymmetry images(mol, point.data(), static_cast<float>(radius));
     std::multiset<std::string> found;
     for (unsigned int i = 0; i < images.NumOps(); ++i) {
@@ -244,22 +242,14 @@ TEST(CrystalImages, AsAtomsAppendEveryEntryOfTheList) {
     for (std::size_t k = 0; k < 3; ++k)
       EXPECT_NEAR(moved[i][k], want[k], 1e-4);
   }
-}
 
-TEST(CrystalImages, AsConformersStandOneByOne) {
-  const VXGraphMol mol = read_text(c2_pdb);
-  const VXXtalSymmetry images(mol, 0, 0, 0);
-  VXMCMol out;
-  ASSERT_TRUE(images.Realize(mol, out));
-  ASSERT_EQ(out.NumConfs(), 4U);
-  EXPECT_EQ(out.NumAtoms(), 5U);
-  for (unsigned int k = 0; k < 4; ++k) {
-    const Place want = image_of(images.Matrix(k), places(mol)[4]);
-    for (std::size_t i = 0; i < 3; ++i) {
-      EXPECT_NEAR(out.GetConf(k)->coords()[12 + i], want[i], 1e-4);
-    }
-  }
-  EXPECT_FALSE(VXXtalSymmetry().Realize(mol, out));
+  // As conformers they stand one by one.
+  VXMCMol conformers;
+  ASSERT_TRUE(images.Realize(mol, conformers));
+  ASSERT_TRUE(conformers.NumConfs() == 4 && conformers.NumAtoms() == 5);
+  for (unsigned int i = 0; i < 20; ++i)
+    EXPECT_NEAR(conformers.GetConf(i / 5)->coords()[3 * (i % 5)], all[i + 5][0], 1e-4);
+  EXPECT_FALSE(VXXtalSymmetry().Realize(mol, conformers));
 }
 
 TEST(CrystalImages, AroundAMapAreAllAtomsOnItsGridTheHomeCopyTwice) {
@@ -291,7 +281,7 @@ TEST(CrystalImages, AroundAMapAreAllAtomsOnItsGridTheHomeCopyTwice) {
                      c.sampling[1], c.sampling[2]);
 
     // By fractional coordinates: an atom is on the grid if it is within half a step of its box.
-    const Crystal crystal(cell, c.group.c_str());
+    const Crystal crystal(cell, c.group);
     const gemmi::Fractional mid =
         crystal.cell.fractionalize(gemmi::Position(c.mid[0], c.mid[1], c.mid[2]));
     const auto is_on_grid = [&](const Place& p) {
@@ -305,17 +295,12 @@ TEST(CrystalImages, AroundAMapAreAllAtomsOnItsGridTheHomeCopyTwice) {
     std::vector<std::string> expected;
     for (const Place& p : places(mol)) {
       if (is_on_grid(p)) expected.push_back(rounded({p}));
-      for (const gemmi::Op& op : crystal.ops) {
-        for (int a = -4; a <= 4; ++a) {
-          for (int b = -6; b <= 6; ++b) {
-            for (int z = -4; z <= 4; ++z) {
-              const Place image = crystal.image(p, op, a, b, z);
-              if (is_on_grid(image)) expected.push_back(rounded({image}));
-            }
-          }
-        }
-      }
     }
+    crystal.for_each_image(places(mol), [&](const std::vector<Place>& images) {
+      for (const Place& image : images) {
+        if (is_on_grid(image)) expected.push_back(rounded({image}));
+      }
+    });
     ASSERT_TRUE(VXExpandCrystalSymmetry(grid, mol));
     std::vector<std::string> found;
     for (const Place& p : places(mol))

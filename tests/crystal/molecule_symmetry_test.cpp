@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <array>   // for array
-#include <string>  // for string
-#include <vector>  // for vector
+#include <array>    // for array
+#include <string>   // for string
+#include <tuple>    // for tuple
+#include <utility>  // for pair
+#include <vector>   // for vector
 
 #include "support/messages.h"
 #include "support/shared_data.h"
@@ -44,13 +46,7 @@ Record extract(const VXMolBase& mol) {
 
 TEST(Cryst1, IsTakenApartByColumnsAndOldRecordsMayEndEarly) {
   const std::vector<float> cell = {50.347F, 4.777F, 14.746F, 90, 101.73F, 90};
-  struct Case {
-    std::string text;
-    bool ok;
-    std::string name;
-    unsigned int z;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<std::string, bool, std::string, unsigned int> cases[] = {
       {c2_record, true, "C 1 2 1   ", 4},
       {c2_record.substr(0, 48), true, "", 0},
       {c2_record.substr(0, 49), true, "", 0},
@@ -62,39 +58,35 @@ TEST(Cryst1, IsTakenApartByColumnsAndOldRecordsMayEndEarly) {
       {"50.347 4.777 14.746 90 101.73 90", true, "", 0},
       {"", false, "", 0},
   };
-  for (const Case& c : cases) {
-    const Record record = extract(make_mol(c.text));
-    EXPECT_EQ(record.ok, c.ok) << c.text;
-    EXPECT_TRUE(!c.ok || record.cell == cell) << c.text;
-    EXPECT_EQ(record.name, c.name) << c.text;
-    EXPECT_EQ(record.z, c.z) << c.text;
+  for (const auto& [text, ok, name, z] : cases) {
+    const Record record = extract(make_mol(text));
+    EXPECT_EQ(std::tie(record.ok, record.name, record.z), std::tie(ok, name, z)) << text;
+    EXPECT_TRUE(!ok || record.cell == cell) << text;
   }
   const Record damaged = extract(make_mol("50 60 x70 90 90 90"));
   EXPECT_FALSE(damaged.ok);
   EXPECT_EQ(damaged.cell, (std::vector<float>{50, 60, 0, 0, 0, 0}));
 }
 
+TEST(Cryst1, OfADummyCellIsNoCrystal) {
+  for (const auto& [record, is_crystal] :
+       {std::pair{"1.000 1.000 1.000 90.00 90.00 90.00 P 1", false},
+        {"1.000 1.000 1.001 90.00 90.00 90.00 P 1", true},
+        {"", false}})
+    EXPECT_EQ(VXHasCrystalSymmetryImpl(make_mol(record)), is_crystal) << record;
+}
+
 TEST(Cryst1, OfAnMmcifMoleculeIsItsItems) {
   VXGraphMol mol = make_mol(c2_record);
   VXSetMMCIFData(mol, "_entry.id", "X");
   EXPECT_FALSE(extract(mol).ok);
-  const std::array<const char*, 6> items = {"_cell.length_a",   "_cell.length_b",
-                                            "_cell.length_c",   "_cell.angle_alpha",
-                                            "_cell.angle_beta", "_cell.angle_gamma"};
-  for (const char* item : items)
-    VXSetMMCIFData(mol, item, "90");
+  for (const char* item :
+       {"length_a", "length_b", "length_c", "angle_alpha", "angle_beta", "angle_gamma"})
+    VXSetMMCIFData(mol, std::string("_cell.") + item, "90");
   VXSetMMCIFData(mol, "_symmetry.space_group_name_H-M", "P 2 3");
   const Record record = extract(mol);
-  EXPECT_TRUE(record.ok);
   EXPECT_EQ(record.cell, std::vector<float>(6, 90));
-  EXPECT_EQ(record.name, "P 2 3");
-  EXPECT_EQ(record.z, 0U);
-}
-
-TEST(Cryst1, OfADummyCellIsNoCrystal) {
-  EXPECT_FALSE(VXHasCrystalSymmetryImpl(make_mol("1.000 1.000 1.000 90.00 90.00 90.00 P 1")));
-  EXPECT_TRUE(VXHasCrystalSymmetryImpl(make_mol("1.000 1.000 1.001 90.00 90.00 90.00 P 1")));
-  EXPECT_FALSE(VXHasCrystalSymmetryImpl(make_mol("")));
+  EXPECT_TRUE(record.ok && record.name == "P 2 3" && record.z == 0);
 }
 
 TEST(SymmetryTags, AreWrittenFromTheRecordAndBack) {
@@ -148,22 +140,13 @@ TEST(SymmetryTags, NamesWinOverNumbersAndFlagsCountOnlyInFullNumber) {
   EXPECT_EQ(VXXtalSymmetry::NumOps(mol), 2U);
 }
 
-TEST(SymmetryTags, AreNotWrittenOverDataOfAnotherType) {
-  VXGraphMol mol = make_mol("");
-  mol.SetIntData("VX_spacegroup", 4);
-  EXPECT_FALSE(
-      VXXtalSymmetry::SetSymmetry(mol, VXSymmetry(1, VXUnitCell(9, 9, 9, 90, 90, 90)), false));
-  EXPECT_FALSE(VXXtalSymmetry::SetSymmetry(mol, VXSymmetry(), false));
-}
-
 TEST(SymmetryTags, OperatorsAreSwitchedOneByOne) {
   VXGraphMol mol = make_mol(c2_record);
   EXPECT_FALSE(VXXtalSymmetry::SetOpEnabled(mol, 0, false));
   ASSERT_TRUE(VXSetXtalSymmetryFromPDBData(mol));
   EXPECT_TRUE(VXXtalSymmetry::SetOpEnabled(mol, 2, false));
-  for (const unsigned int op : {0U, 1U, 2U, 3U, 4U, 5U}) {
+  for (const unsigned int op : {0U, 1U, 2U, 3U, 4U, 5U})
     EXPECT_EQ(VXXtalSymmetry::GetOpEnabled(mol, op), op < 4 && op != 2) << op;
-  }
   EXPECT_FALSE(VXXtalSymmetry::SetOpEnabled(mol, 5, true));
   const VXXtalSymmetry images(mol, 0, 0, 0);
   ASSERT_EQ(images.NumOps(), 3U);
@@ -185,24 +168,24 @@ TEST(SymmetryTags, CentreIsStoredOnRequestOnly) {
   ASSERT_TRUE(VXXtalSymmetry::GetCenterOfMass(mol, center.data()));
   EXPECT_EQ(center, (std::array<float, 3>{6, 7, 8}));
   EXPECT_FALSE(VXXtalSymmetry::GetCenterOfMass(VXGraphMol(), center.data()));
+  // No symmetry, and none over data of another type.
+  EXPECT_FALSE(VXXtalSymmetry::SetSymmetry(mol, VXSymmetry(), false));
+  mol.SetIntData("VX_spacegroup", 4);
+  EXPECT_FALSE(VXXtalSymmetry::SetSymmetry(mol, symmetry, false));
   EXPECT_STREQ(VXGetTag(VXXtalSymmetry::CenterOfMassTag()), "VX_symm_com");
 }
 
 TEST(SymmetryTags, OfRealFilesNameTheirGroups) {
-  struct Case {
-    std::string file;
-    unsigned int number;
-    float beta;
-  };
-  for (const Case& c : {Case{"5wkd.pdb", 5, 101.73F}, Case{"5i55.cif", 4, 111.98F}}) {
-    if (!vxgrid_test::has_shared_data(c.file)) GTEST_SKIP() << vxgrid_test::missing_data(c.file);
+  for (const auto& [file, number, beta] :
+       {std::tuple{"5wkd.pdb", 5U, 101.73F}, {"5i55.cif", 4U, 111.98F}}) {
+    if (!vxgrid_test::has_shared_data(file)) GTEST_SKIP() << vxgrid_test::missing_data(file);
     VXGraphMol mol;
-    ASSERT_TRUE(VXReadMolecule(vxgrid_test::shared_data(c.file), mol));
+    ASSERT_TRUE(VXReadMolecule(vxgrid_test::shared_data(file), mol));
     EXPECT_TRUE(VXHasCrystalSymmetryImpl(mol));
     VXSymmetry symmetry;
     ASSERT_TRUE(VXSetXtalSymmetryFromPDBData(mol));
     ASSERT_TRUE(VXGetXtalSymmetry(mol, symmetry));
-    EXPECT_EQ(symmetry.GetNumber(), c.number);
-    EXPECT_EQ(symmetry.cell().beta, c.beta);
+    EXPECT_EQ(symmetry.GetNumber(), number);
+    EXPECT_EQ(symmetry.cell().beta, beta);
   }
 }

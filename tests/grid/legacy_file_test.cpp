@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <array>    // for array
-#include <cstdint>  // for int32_t
-#include <cstring>  // for memcmp, memcpy
+#include <cstring>  // for memcmp
 #include <random>   // for mt19937
 #include <string>   // for string
+#include <tuple>    // for tie
 
+#include "support/bad_input.h"
 #include "support/messages.h"
 #include "support/temp_dir.h"
 
@@ -28,14 +28,9 @@ struct OwnedGrid : GridStruct {
 };
 
 void fill(GridStruct& grid) {
-  grid.xmid = 1.5f;
-  grid.ymid = -2;
-  grid.zmid = 3;
-  grid.spacing = 0.5f;
-  grid.inverse_spacing = 2;
-  grid.xdim = 2;
-  grid.ydim = 3;
-  grid.zdim = 2;
+  std::tie(grid.xmid, grid.ymid, grid.zmid) = std::tuple(1.5f, -2.0f, 3.0f);
+  std::tie(grid.spacing, grid.inverse_spacing) = std::tuple(0.5f, 2.0f);
+  std::tie(grid.xdim, grid.ydim, grid.zdim) = std::tuple(2, 3, 2);
   vx_allocate_grid_struct(grid, true, true, 0);
   for (int i = 0; i < 12; ++i) {
     grid.floats[i] = 0.25f * static_cast<float>(i);
@@ -44,12 +39,9 @@ void fill(GridStruct& grid) {
 }
 
 std::string header(int xdim, int ydim, int zdim, int selector) {
-  const std::array<float, 5> floats = {1, 2, 3, 0.5f, 2};
-  const std::array<std::int32_t, 4> words = {xdim, ydim, zdim, selector};
-  std::string bytes(36, '\0');
-  std::memcpy(bytes.data(), floats.data(), 20);
-  std::memcpy(bytes.data() + 20, words.data(), 16);
-  return bytes;
+  using vxgrid_test::bytes_of;
+  return bytes_of(1.0f) + bytes_of(2.0f) + bytes_of(3.0f) + bytes_of(0.5f) + bytes_of(2.0f) +
+         bytes_of(xdim) + bytes_of(ydim) + bytes_of(zdim) + bytes_of(selector);
 }
 
 TEST(LegacyFile, GivesEachFieldBackUnlessItHoldsBothWhenTheySwap) {
@@ -71,9 +63,7 @@ TEST(LegacyFile, GivesEachFieldBackUnlessItHoldsBothWhenTheySwap) {
     back.name = title;
     ASSERT_EQ(vi_read_grid(0, &back, name.c_str()), 1);
     EXPECT_EQ(back.name, title);
-    EXPECT_EQ(back.xmid, 1.5f);
-    EXPECT_EQ(back.inverse_spacing, 2.0f);
-    EXPECT_EQ(back.ydim, 3);
+    EXPECT_TRUE(back.xmid == 1.5f && back.inverse_spacing == 2 && back.ydim == 3);
     const void* floats = selector == 1 ? static_cast<void*>(grid.floats) : grid.integers;
     const void* integers = selector == 2 ? static_cast<void*>(grid.integers) : grid.floats;
     ASSERT_EQ(back.floats != nullptr, selector == 1 || selector == 3);

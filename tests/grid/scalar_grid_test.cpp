@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>   // for unique_ptr
 #include <utility>  // for move
-
-#include "vxgrid/toolkit/core/base.h"
 
 namespace VXCore {
 namespace {
@@ -18,25 +15,13 @@ VXScalarGrid sample_grid() {
   return grid;
 }
 
-TEST(ScalarGrid, CopiesCarryValuesGeometryTagsAndType) {
-  const VXScalarGrid grid = sample_grid();
-  const std::unique_ptr<VXBase> made(grid.CreateCopy());
-  ASSERT_EQ(made->GetDataType(), grid.GetDataType());
-  const auto& copy = static_cast<const VXScalarGrid&>(*made);
-  EXPECT_EQ(copy.GetType(), VXGridType::DifferenceMap);
-  EXPECT_EQ(copy.GetTitle(), "sample");
-  EXPECT_EQ(copy.GetZMid(), 30.0f);
-  EXPECT_EQ(copy(2, 1, 0), 6.0f);
-  EXPECT_NE(copy.GetValues(), grid.GetValues());
-  EXPECT_EQ(copy.GetIntData("note"), 7);
-}
-
 TEST(ScalarGrid, TakesTheTypeOfAScalarGridButNotFromAHostGrid) {
   VXScalarGrid grid = sample_grid();
   EXPECT_TRUE(grid.SetType(99));
-  EXPECT_EQ(grid.GetType(), 99u);
   grid = static_cast<const VXScalarGrid&>(grid);
-  EXPECT_EQ(grid.GetType(), 99u);
+  const VXScalarGrid copy(grid);
+  EXPECT_TRUE(copy.IsDataType(type_ids::fixed_grid_float) && !copy.IsDataType(type_ids::grid_int));
+  EXPECT_TRUE(copy.GetType() == 99 && copy.GetTitle() == "sample" && copy.GetIntData("note") == 7);
   grid = static_cast<const VXFixedGrid<float>&>(sample_grid());
   EXPECT_EQ(grid.GetType(), VXGridType::Generic);
   EXPECT_EQ(grid[5], 6.0f);
@@ -51,34 +36,10 @@ TEST(ScalarGrid, IsEmptyAgainAfterClearAndAfterBeingMovedFrom) {
   VXScalarGrid cleared = sample_grid();
   cleared.Clear();
   for (const VXScalarGrid* empty : {&grid, &cleared}) {
-    EXPECT_EQ(empty->GetSize(), 0u);
-    EXPECT_EQ(empty->GetType(), 0u);
-    EXPECT_EQ(empty->GetValues(), nullptr);
-    EXPECT_FALSE(empty->HasData("note"));
-    EXPECT_FALSE(empty->IsTitleSet() || empty->IsSpacingSet() || empty->IsXMidSet());
+    EXPECT_EQ(empty->GetSize() + empty->GetType(), 0u);
+    EXPECT_FALSE(empty->GetValues() || empty->HasData("note") || empty->IsTitleSet() ||
+                 empty->IsSpacingSet() || empty->IsXMidSet());
   }
-}
-
-TEST(ScalarGrid, IsOfItsOwnTypeAndOfAllHostTypesBelow) {
-  const VXScalarGrid grid;
-  for (const TypeId type : {type_ids::scalar_grid, type_ids::grid_float, type_ids::fixed_grid_float,
-                            type_ids::grid_base, type_ids::grid_abstract_base, type_ids::base})
-    EXPECT_TRUE(grid.IsDataType(type)) << type;
-  for (const TypeId type : {type_ids::skew_grid, type_ids::brio_grid, type_ids::grid_int})
-    EXPECT_FALSE(grid.IsDataType(type)) << type;
-}
-
-TEST(ScalarGrid, CoversABoxGivenByItsCorners) {
-  const float box[6] = {-1, -2, -3, 3, 2, 1};
-  const VXScalarGrid grid(box, 0.5f, "");
-  EXPECT_EQ(grid.GetXDim(), 9u);
-  EXPECT_EQ(grid.GetXMid(), 1.0f);
-  EXPECT_EQ(grid.GetZMid(), -1.0f);
-  float x = 0, y = 0, z = 0;
-  EXPECT_TRUE(grid.GridIdxToSpatialCoord(0, 8, 0, x, y, z));
-  EXPECT_EQ(x, -1.0f);
-  EXPECT_EQ(y, 2.0f);
-  EXPECT_EQ(z, -3.0f);
 }
 
 }  // namespace

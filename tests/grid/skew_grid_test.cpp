@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <array>    // for array
 #include <memory>   // for unique_ptr
 #include <utility>  // for as_const, move
 
+#include "support/grid_probes.h"
 #include "vxgrid/grid/scalar_grid.h"
 
 namespace VXCore {
@@ -37,13 +37,12 @@ TEST(SkewGrid, IsABrioGridBehindTwoPointers) {
   // Tags of the grid are its own.
   EXPECT_FALSE(brio.HasData("SIGMA"));
 
-  std::array<float, 3> through_map{}, through_brio{};
-  ASSERT_TRUE(map.ElementToSpatialCoord(17, through_map[0], through_map[1], through_map[2]));
-  ASSERT_TRUE(brio.ElementToSpatialCoord(17, through_brio[0], through_brio[1], through_brio[2]));
-  EXPECT_EQ(through_map, through_brio);
+  EXPECT_EQ(vxgrid_test::place_of(map, 17), vxgrid_test::place_of(brio, 17));
   float dx = 0, dy = 0, dz = 0;
   EXPECT_TRUE(map.GetImpl().PackingTransform(1, 0, 0, dx, dy, dz));
   EXPECT_NEAR(dx, 4 * 31.5f / 30, 1e-5f);
+  map.GetImpl().SetOrientationSet(false);
+  EXPECT_TRUE(map.HasUnitCell() && map.IsRegular());
 }
 
 TEST(SkewGrid, KeepsItsImplementationObjectsThroughEveryAssignment) {
@@ -55,9 +54,8 @@ TEST(SkewGrid, KeepsItsImplementationObjectsThroughEveryAssignment) {
   map = crystal_map();
   map = static_cast<const VXSkewGrid&>(map);
   EXPECT_TRUE(kept());
-  EXPECT_EQ(map.GetValues()[23], 4.5f);
-  EXPECT_EQ(map.GetFloatData("SIGMA"), 0.5f);
-  EXPECT_EQ(map.GetSpaceGroup(), 1u);
+  EXPECT_TRUE(map.GetValues()[23] == 4.5f && map.GetFloatData("SIGMA") == 0.5f &&
+              map.GetSpaceGroup() == 1);
 
   const VXSkewGrid other = crystal_map();
   map = other.GetImpl();
@@ -68,9 +66,7 @@ TEST(SkewGrid, KeepsItsImplementationObjectsThroughEveryAssignment) {
   map = scalar;
   EXPECT_TRUE(kept());
   EXPECT_EQ(map.GetType(), VXGridType::Electrostatic);
-  EXPECT_EQ(map.GetIntData("note"), 3);
-  EXPECT_EQ(map.GetTitle(), "scalar");
-  EXPECT_TRUE(map.IsRegular());
+  EXPECT_TRUE(map.GetIntData("note") == 3 && map.GetTitle() == "scalar" && map.IsRegular());
   map.GetValues()[7] = 2.0f;
   map = map.AsRegularGrid();
   EXPECT_TRUE(kept());
@@ -90,17 +86,9 @@ TEST(SkewGrid, CopiesAreIndependentAndMovesLeaveAnEmptyGrid) {
   copy.Clear();
   for (const VXSkewGrid* empty : {&std::as_const(map), &std::as_const(copy)}) {
     EXPECT_FALSE(*empty);
-    EXPECT_FALSE(empty->HasUnitCell() || empty->HasSpaceGroup() || empty->HasData("SIGMA"));
-    EXPECT_TRUE(empty->IsRegular());
-    unsigned int x = 0, y = 0, z = 0;
-    EXPECT_FALSE(empty->ElementToGridIdx(0, x, y, z));
+    EXPECT_FALSE(empty->HasUnitCell() || empty->HasSpaceGroup() || empty->HasData("SIGMA") ||
+                 !empty->IsRegular());
   }
-}
-
-TEST(SkewGrid, IsRegularWithACellButNoOrientation) {
-  VXSkewGrid map = crystal_map();
-  map.GetImpl().SetOrientationSet(false);
-  EXPECT_TRUE(map.HasUnitCell() && map.IsRegular());
 }
 
 }  // namespace

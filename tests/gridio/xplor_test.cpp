@@ -1,13 +1,16 @@
 // XPLOR maps in both forms, made here line by line and record by record.
 #include <gtest/gtest.h>
 
-#include <array>    // for array
-#include <cstdio>   // for snprintf
-#include <string>   // for string
-#include <utility>  // for pair
-#include <vector>   // for vector
+#include <array>               // for array
+#include <cstdio>              // for snprintf
+#include <gemmi/unitcell.hpp>  // for UnitCell
+#include <string>              // for string
+#include <tuple>               // for tuple
+#include <utility>             // for pair
+#include <vector>              // for vector
 
 #include "support/bad_input.h"
+#include "support/grid_probes.h"
 #include "support/messages.h"
 #include "vxgrid/grid/brio_grid.h"
 #include "vxgrid/gridio/dispatch.h"
@@ -16,6 +19,8 @@
 
 using namespace VXCore;
 using vxgrid_test::bytes_of;
+using vxgrid_test::cell_of;
+using vxgrid_test::dims_of;
 using vxgrid_test::MessageCapture;
 using Level = VXErrorLevel;
 
@@ -40,9 +45,8 @@ struct Map {
     for (p[axis(0)] = first[axis(0)]; p[axis(0)] <= last[axis(0)]; ++p[axis(0)]) {
       section(p[axis(0)]);
       for (p[axis(1)] = first[axis(1)]; p[axis(1)] <= last[axis(1)]; ++p[axis(1)]) {
-        for (p[axis(2)] = first[axis(2)]; p[axis(2)] <= last[axis(2)]; ++p[axis(2)]) {
+        for (p[axis(2)] = first[axis(2)]; p[axis(2)] <= last[axis(2)]; ++p[axis(2)])
           point(value(p[0], p[1], p[2]));
-        }
       }
       end();
     }
@@ -82,9 +86,8 @@ struct Map {
 
   std::string binary() const {
     std::string all = bytes_of(84) + bytes_of(1) + std::string(80, 't') + std::string(8, 'r');
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i)
       all += bytes_of(intervals[i]) + bytes_of(first[i]) + bytes_of(last[i]);
-    }
     all += std::string(8, 'r');
     for (const double edge : cell)
       all += bytes_of(edge);
@@ -109,58 +112,38 @@ bool read(const std::string& bytes, VXBrioGrid& grid) {
 }
 
 void expect_values(const VXBrioGrid& grid, const Map& map) {
-  const std::array<int, 3> dim{map.last[0] - map.first[0] + 1, map.last[1] - map.first[1] + 1,
-                               map.last[2] - map.first[2] + 1};
-  ASSERT_EQ(grid.GetXDim(), static_cast<unsigned int>(dim[0]));
-  ASSERT_EQ(grid.GetYDim(), static_cast<unsigned int>(dim[1]));
-  ASSERT_EQ(grid.GetZDim(), static_cast<unsigned int>(dim[2]));
+  for (std::size_t i = 0; i < 3; ++i)
+    ASSERT_EQ(dims_of(grid)[i], static_cast<unsigned int>(map.last[i] - map.first[i] + 1));
   const float* at = grid.GetValues();
   for (int z = map.first[2]; z <= map.last[2]; ++z) {
     for (int y = map.first[1]; y <= map.last[1]; ++y) {
-      for (int x = map.first[0]; x <= map.last[0]; ++x) {
+      for (int x = map.first[0]; x <= map.last[0]; ++x)
         EXPECT_EQ(*at++, Map::value(x, y, z)) << x << ' ' << y << ' ' << z;
-      }
     }
   }
 }
 
-const std::vector<std::string> orders{"ZYX", "ZXY", "YXZ", "YZX", "XZY", "XYZ"};
-
-TEST(XplorText, every_order_of_axes_gives_the_same_crystal_grid) {
-  for (const std::string& order : orders) {
+TEST(XplorMap, every_order_of_axes_gives_the_same_crystal_grid) {
+  for (const std::string order : {"ZYX", "ZXY", "YXZ", "YZX", "XZY", "XYZ"}) {
     const MessageCapture heard;
-    Map map;
-    map.order = order;
+    Map map, from_zero = map_from_zero();
+    map.order = from_zero.order = order;
     VXBrioGrid grid;
+    ASSERT_TRUE(read(from_zero.binary(), grid)) << order;
+    expect_values(grid, from_zero);
+    EXPECT_EQ(vxgrid_test::place_of(grid, 0), (std::array<float, 3>{}));
     ASSERT_TRUE(read(map.text(), grid)) << order;
     expect_values(grid, map);
     EXPECT_EQ(grid.GetTitle(), "xplor");
     EXPECT_EQ(grid.GetReentrant(), 7u);
     EXPECT_EQ(grid.GetSpacing(), 2.0f);
-    std::array<float, 6> cell{};
-    grid.GetUnitCell(cell[0], cell[1], cell[2], cell[3], cell[4], cell[5]);
-    EXPECT_EQ(cell, (std::array<float, 6>{16.0f, 20.5f, 25.25f, 80.0f, 95.0f, 107.0f}));
-    // The first point lies at index (1, 2, 3) of the cell, a skewed place.
-    VXBrioGrid at_origin;
-    Map shifted = map_from_zero();
-    ASSERT_TRUE(read(shifted.text(), at_origin));
-    std::array<float, 3> zero{};
-    ASSERT_TRUE(at_origin.ElementToSpatialCoord(0, zero[0], zero[1], zero[2]));
-    for (const float coordinate : zero)
-      EXPECT_NEAR(coordinate, 0.0f, 1e-5f);
+    EXPECT_EQ(cell_of(grid), (std::array{16.0f, 20.5f, 25.25f, 80.0f, 95.0f, 107.0f}));
     EXPECT_TRUE(heard.has(Level::Info, " runs from: x=1 to 3, available= 8"));
-  }
-}
-
-TEST(XplorBinary, every_order_of_axes_gives_the_same_crystal_grid) {
-  for (const std::string& order : orders) {
-    const MessageCapture heard;
-    Map map = map_from_zero();
-    map.order = order;
-    VXBrioGrid grid;
-    ASSERT_TRUE(read(map.binary(), grid)) << order;
-    expect_values(grid, map);
-    EXPECT_EQ(grid.GetTitle(), "xplor");
+    // The first point lies at index (1, 2, 3) of the cell, a skewed place.
+    const auto place = vxgrid_test::place_of(grid, 0);
+    const auto at =
+        gemmi::UnitCell(16, 20.5, 25.25, 80, 95, 107).orthogonalize({1 / 8.0, 2 / 10.0, 3 / 12.0});
+    EXPECT_LT(at.dist({place[0], place[1], place[2]}), 1e-5);
   }
 }
 
@@ -189,11 +172,9 @@ TEST(XplorMap, a_whole_period_gets_its_closing_plane) {
   for (const std::string& bytes : {map.text(), map.binary()}) {
     VXBrioGrid grid;
     ASSERT_TRUE(read(bytes, grid));
-    ASSERT_EQ(grid.GetXDim(), 4u);
-    ASSERT_EQ(grid.GetYDim(), 4u);
-    for (unsigned int row = 0; row < 20; ++row) {
+    ASSERT_EQ(dims_of(grid), (std::array{4u, 4u, 5u}));
+    for (unsigned int row = 0; row < 20; ++row)
       EXPECT_EQ(grid.GetValues()[4 * row + 3], grid.GetValues()[4 * row]);
-    }
     EXPECT_TRUE(heard.has(Level::Info, "filling out x direction by one"));
   }
 }
@@ -206,10 +187,8 @@ TEST(XplorText, cell_fields_that_touch_are_told_apart_by_their_columns) {
   text.replace(at, 36, "16.000000000 20.5000000025.250000000");
   VXBrioGrid grid;
   ASSERT_TRUE(read(text, grid));
-  std::array<float, 6> cell{};
-  grid.GetUnitCell(cell[0], cell[1], cell[2], cell[3], cell[4], cell[5]);
-  EXPECT_EQ(cell[1], 20.5f);
-  EXPECT_EQ(cell[2], 25.25f);
+  EXPECT_EQ(cell_of(grid)[1], 20.5f);
+  EXPECT_EQ(cell_of(grid)[2], 25.25f);
 }
 
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
@@ -223,14 +202,7 @@ TEST(XplorMap, what_is_wrong_is_told) {
   const std::string extents =
       "       8       1       3      10       2       5      12       3       4";
   const auto with_extents = [&](const std::string& line) { return replaced(text, extents, line); };
-  Map other;
-  other.order = "XYY";
-  Map zero_titles;
-  const struct {
-    std::string bytes;
-    Level level;
-    std::string message;
-  } cases[] = {
+  const std::tuple<std::string, Level, std::string> cases[] = {
       {"", Level::Warning, "Failed to retrieve number of title lines"},
       {"no numbers\nat all\n", Level::Warning, "Failed to retrieve number of title lines"},
       {replaced(text, "ZYX", "zyx"), Level::Warning, "Could not find the ordering specification"},
@@ -243,6 +215,8 @@ TEST(XplorMap, what_is_wrong_is_told) {
        "Unable to convert string to number while reading XPLOR file: "},
       {with_extents("8 5 3 10 2 5 12 3 4"), Level::Warning,
        "Invalid X dimensions for XPLOR file reading: 4 < 5"},
+      {with_extents("8 1 3 10 5 2 12 3 4"), Level::Warning,
+       "Invalid Y dimensions for XPLOR file reading: 3 < 5"},
       {with_extents("8 1 3 10 2 5 12 3 1"), Level::Warning,
        "Invalid Z dimensions for XPLOR file reading: 2 < 3"},
       {with_extents("8 1 0 10 2 5 12 3 4"), Level::Warning, "Problem reading XPLOR grid file"},
@@ -257,11 +231,11 @@ TEST(XplorMap, what_is_wrong_is_told) {
       // Not between 1 and 100 titles: a text, then, and none that is one.
       {bytes_of(84) + bytes_of(101) + std::string(200, 't'), Level::Warning,
        "Failed to retrieve number of title lines"}};
-  for (const auto& c : cases) {
+  for (const auto& [bytes, level, message] : cases) {
     const MessageCapture heard;
     VXBrioGrid grid;
-    EXPECT_FALSE(read(c.bytes, grid)) << c.message;
-    EXPECT_TRUE(heard.has(c.level, c.message)) << c.message;
+    EXPECT_FALSE(read(bytes, grid)) << message;
+    EXPECT_TRUE(heard.has(level, message)) << message;
     EXPECT_EQ(heard.messages.back().second, "Problem reading XPLOR grid file");
     EXPECT_EQ(grid.GetSize(), 0u);
   }

@@ -54,18 +54,17 @@ TEST(Boundary, print_names_every_boundary_element_once) {
 }
 
 TEST(Boundary, records_without_values_do_nothing) {
-  GridStruct g;
-  g.xdim = g.ydim = g.zdim = 3;
-  vi_Boundary0(g);
-  vi_Inner_f0(g);
-  vi_scale_boundary(g, 2);
-  vi_PrintBoundary(g);
   float value = 1;
-  g.floats = &value;
-  g.ydim = 0;
-  vi_Boundary0(g);
-  g.ydim = -3;
-  vi_Inner_f0(g);
+  for (const int ydim : {3, 0, -3}) {
+    GridStruct g;
+    g.xdim = g.zdim = 3;
+    g.ydim = ydim;
+    g.floats = ydim < 3 ? &value : nullptr;
+    vi_Boundary0(g);
+    vi_Inner_f0(g);
+    vi_scale_boundary(g, 2);
+    vi_PrintBoundary(g);
+  }
   EXPECT_EQ(value, 1.0f);
 }
 

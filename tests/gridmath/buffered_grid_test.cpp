@@ -5,6 +5,7 @@
 
 #include <numeric>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include "gridmath/test_record.h"
@@ -49,14 +50,10 @@ TEST(BufferedGrid, gathering_is_the_transpose_of_spreading) {
     std::vector<float> gathered(60);
     vi_add_to_atoms_from_buffered_grid(0, atoms.data(), 60, gathered.data(), grid.grid, buffer,
                                        buffer + 1);
-    double on_grid = 0;
-    double on_atoms = 0;
-    for (std::size_t e = 0; e < grid.floats.size(); ++e) {
-      on_grid += double{grid.floats[e]} * spread.floats[e];
-    }
-    for (std::size_t i = 0; i < 60; ++i)
-      on_atoms += double{gathered[i]} * values[i];
-    EXPECT_NEAR(on_grid, on_atoms, 1e-3);
+    const auto dot = [](const std::vector<float>& a, const std::vector<float>& b) {
+      return std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
+    };
+    EXPECT_NEAR(dot(grid.floats, spread.floats), dot(gathered, values), 1e-3);
     // What lies on the grid is all of what the atoms inside carry.
     EXPECT_NEAR(std::accumulate(spread.floats.begin(), spread.floats.end(), 0.0),
                 std::accumulate(values.begin(), values.end() - 2, 0.0), 1e-3);
@@ -72,17 +69,14 @@ TEST(BufferedGrid, gathering_adds_the_value_of_a_linear_field_at_the_atom) {
   std::vector<PdbStruct> atoms = some_atoms(30);
   std::vector<float> values(30, 10.0f);
   vi_add_to_atoms_from_buffered_grid(0, atoms.data(), 28, values.data(), grid.grid, 1, 1);
-  for (std::size_t i = 0; i < 28; ++i) {
+  for (std::size_t i = 0; i < 28; ++i)
     EXPECT_NEAR(values[i], 10 + field(atoms[i].x, atoms[i].y, atoms[i].z), 1e-4);
-  }
 }
 
 TEST(BufferedGrid, constants_reach_the_eight_points_around_an_atom) {
   TestRecord grid(dims, mid, spacing);
   PdbStruct atom;
-  atom.x = 1.1f;
-  atom.y = 2.1f;
-  atom.z = 3.1f;
+  std::tie(atom.x, atom.y, atom.z) = std::tuple(1.1f, 2.1f, 3.1f);
   vi_put_constant_from_atoms_to_buffered_grid(0, &atom, 1, 4.0f, grid.grid, 1, 1);
   int written = 0;
   grid.for_each_point([&](int x, int y, int z, std::size_t e) {

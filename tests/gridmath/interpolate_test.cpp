@@ -89,15 +89,12 @@ TEST(Interpolate, unusable_records_change_nothing) {
   TestRecord from({4, 4, 4}, {0, 0, 0}, 1.0f);
   from.fill_random(1);
   TestRecord to({4, 4, 4}, {0.5f, 0, 0}, 1.0f);
-  GridStruct broken = from.grid;
-  broken.spacing = 0.0f;
-  vi_int_btw_grids(to.grid, broken, 2);
-  broken = from.grid;
-  broken.floats = nullptr;
-  vi_int_btw_grids(to.grid, broken, 2);
-  broken = from.grid;
-  broken.zdim = 0;
-  vi_int_btw_grids(to.grid, broken, 2);
+  GridStruct no_spacing = from.grid, no_values = from.grid, no_plane = from.grid;
+  no_spacing.spacing = 0;
+  no_values.floats = nullptr;
+  no_plane.zdim = 0;
+  for (const GridStruct& broken : {no_spacing, no_values, no_plane})
+    vi_int_btw_grids(to.grid, broken, 2);
   vi_int_btw_grids(to.grid, from.grid, 6);
   vi_int_btw_grids(to.grid, from.grid, -1);
   EXPECT_EQ(to.floats, std::vector<float>(64));
@@ -118,10 +115,8 @@ TEST(Interpolate, class_forms_lay_tags_over_and_keep_title_and_type) {
   ASSERT_TRUE(VXInterpolateBetweenGrids(brio_to, brio_from));
   EXPECT_NEAR(to(0, 1, 2), field(-0.75, 0.25, 1.25), 1e-5);
   EXPECT_EQ(to(0, 1, 2), brio_to.GetValues()[0 + 3 * (1 + 3 * 2)]);
-  EXPECT_EQ(to.GetTitle(), "to");
-  EXPECT_EQ(to.GetType(), VXGridType::Electrostatic);
-  EXPECT_EQ(to.GetFloatData("SIGMA"), 2.0f);
-  EXPECT_TRUE(to.HasData("kept"));
+  EXPECT_TRUE(to.GetTitle() == "to" && to.GetType() == VXGridType::Electrostatic);
+  EXPECT_TRUE(to.GetFloatData("SIGMA") == 2.0f && to.HasData("kept"));
   EXPECT_TRUE(brio_to.HasData("SIGMA"));
 
   EXPECT_FALSE(VXInterpolateBetweenGrids(to, VXScalarGrid()));

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>  // for tuple
 #include <vector>
 
 #include "gridmath/test_record.h"
@@ -14,11 +15,6 @@ namespace {
 using namespace VXCore;
 using vxgrid_test::MessageCapture;
 using vxgrid_test::TestRecord;
-
-struct Lattice {
-  std::array<int, 3> dims;
-  std::array<float, 3> mid;
-};
 
 // The value of `from` at a place that is one of its points, or nothing.
 const float* value_at(const TestRecord& from, const std::array<double, 3>& p) {
@@ -33,19 +29,21 @@ const float* value_at(const TestRecord& from, const std::array<double, 3>& p) {
 }
 
 TEST(Merge, modes_act_where_the_lattices_share_points) {
-  const Lattice to_lattice = {{6, 5, 7}, {0, 0, 0}};
-  const Lattice sources[] = {{{6, 5, 7}, {0, 0, 0}},            // itself
-                             {{20, 21, 21}, {0, 0, 0}},         // wider all around
-                             {{2, 3, 3}, {0, 0.5f, -0.5f}},     // inside
-                             {{6, 5, 7}, {1.5f, -1.0f, 2.5f}},  // over a corner
-                             {{4, 5, 3}, {-100, 0, 0}}};        // nowhere near
+  const struct {
+    std::array<int, 3> dims;
+    std::array<float, 3> mid;
+  } sources[] = {{{6, 5, 7}, {0, 0, 0}},            // itself
+                 {{20, 21, 21}, {0, 0, 0}},         // wider all around
+                 {{2, 3, 3}, {0, 0.5f, -0.5f}},     // inside
+                 {{6, 5, 7}, {1.5f, -1.0f, 2.5f}},  // over a corner
+                 {{4, 5, 3}, {-100, 0, 0}}};        // nowhere near
   using Merge = int (*)(GridStruct*, GridStruct);
   const Merge merges[] = {vi_add_grid, vi_sub_grid, vi_put_grid};
-  for (const Lattice& lattice : sources) {
+  for (const auto& lattice : sources) {
     TestRecord from(lattice.dims, lattice.mid, 0.5f);
     from.fill_random(2);
     for (int mode = 1; mode <= 3; ++mode) {
-      TestRecord to(to_lattice.dims, to_lattice.mid, 0.5f);
+      TestRecord to({6, 5, 7}, {0, 0, 0}, 0.5f);
       to.fill_random(3);
       const std::vector<float> before = to.floats;
       ASSERT_EQ(merges[mode - 1](&to.grid, from.grid), 1);
@@ -72,27 +70,25 @@ TEST(Merge, a_grid_added_onto_itself_doubles_and_unknown_modes_do_nothing) {
 }
 
 TEST(Merge, lattices_that_do_not_fit_are_refused_with_the_reason) {
-  const struct {
-    float to_spacing, from_spacing, mid;
-    const char* message;
-  } cases[] = {{0.5f, 0.50002f, 0, "Can't add grid with different spacings."},
-               {0.5f, 0.5f, 0.25f, "Grids are misaligned."},
-               {0.5f, 0.5f, 0.499998f, ""},
-               {0.5f, 0.5f, 1e9f, ""},
-               {0.5f, NAN, 0, "Can't add grid with different spacings."},
-               {0.5f, 0.5f, NAN, "Grids are misaligned."},
-               {0.0f, 0.5f, 0, "Zero grid spacing!"},
-               {0.5f, 0.0f, 0, "Zero grid spacing!"},
-               {0.5f, 0.500005f, 0, ""}};
-  for (const auto& c : cases) {
-    TestRecord to({3, 3, 3}, {0, 0, 0}, c.to_spacing);
-    TestRecord from({3, 3, 3}, {0, 0, c.mid}, c.from_spacing);
+  const std::tuple<float, float, float, const char*> cases[] = {
+      {0.5f, 0.50002f, 0, "Can't add grid with different spacings."},
+      {0.5f, 0.5f, 0.25f, "Grids are misaligned."},
+      {0.5f, 0.5f, 0.499998f, ""},
+      {0.5f, 0.5f, 1e9f, ""},
+      {0.5f, NAN, 0, "Can't add grid with different spacings."},
+      {0.5f, 0.5f, NAN, "Grids are misaligned."},
+      {0.0f, 0.5f, 0, "Zero grid spacing!"},
+      {0.5f, 0.0f, 0, "Zero grid spacing!"},
+      {0.5f, 0.500005f, 0, ""}};
+  for (const auto& [to_spacing, from_spacing, mid, message] : cases) {
+    TestRecord to({3, 3, 3}, {0, 0, 0}, to_spacing);
+    TestRecord from({3, 3, 3}, {0, 0, mid}, from_spacing);
     from.fill_random(5);
     MessageCapture capture;
-    const bool refused = c.message[0] != '\0';
+    const bool refused = message[0] != '\0';
     EXPECT_EQ(vi_add_grid(&to.grid, from.grid), refused ? 0 : 1);
-    EXPECT_EQ(capture.warned(c.message), refused);
-    EXPECT_EQ(to.floats == std::vector<float>(27), refused || c.mid == 1e9f);
+    EXPECT_EQ(capture.warned(message), refused);
+    EXPECT_EQ(to.floats == std::vector<float>(27), refused || mid == 1e9f);
   }
   TestRecord record({2, 2, 2}, {0, 0, 0}, 1.0f);
   EXPECT_EQ(vi_add_grid(nullptr, record.grid), 0);
@@ -104,9 +100,7 @@ TEST(Merge, lattices_that_do_not_fit_are_refused_with_the_reason) {
 TEST(Merge, zero_offset_is_the_index_of_the_second_grids_first_point) {
   const TestRecord a({8, 9, 10}, {0, 0, 0}, 0.5f);
   const TestRecord b({4, 9, 12}, {1.0f, -2.0f, 0}, 0.5f);
-  int x = 0;
-  int y = 0;
-  int z = 0;
+  int x = 0, y = 0, z = 0;
   ASSERT_EQ(vi_zero_offset(a.grid, b.grid, &x, &y, &z), 1);
   const auto first = b.place(0, 0, 0);
   EXPECT_EQ(a.place(x, y, z), first);

@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <functional>
+#include <gemmi/math.hpp>
 #include <vector>
 
+#include "support/grid_probes.h"
 #include "support/messages.h"
 #include "vxgrid/grid/brio_flat.h"
 #include "vxgrid/grid/brio_grid.h"
@@ -21,7 +24,10 @@
 namespace {
 
 using namespace VXCore;
+using vxgrid_test::dims_of;
 using vxgrid_test::MessageCapture;
+using vxgrid_test::place_of;
+using vxgrid_test::values_of;
 using Field = std::function<double(double, double, double)>;
 
 double linear(double x, double y, double z) {
@@ -29,11 +35,9 @@ double linear(double x, double y, double z) {
 }
 
 void fill(VXBrioGrid& grid, const Field& field) {
-  std::vector<float> places;
-  ASSERT_TRUE(grid.SpatialCoords(places));
-  float* const values = grid.GetValues();
-  for (std::size_t e = 0; e < grid.GetSize(); ++e) {
-    values[e] = static_cast<float>(field(places[3 * e], places[3 * e + 1], places[3 * e + 2]));
+  for (unsigned int e = 0; e < grid.GetSize(); ++e) {
+    const auto [x, y, z] = place_of(grid, e);
+    grid.GetValues()[e] = static_cast<float>(field(x, y, z));
   }
 }
 
@@ -46,47 +50,32 @@ VXBrioGrid triclinic(unsigned int nx, unsigned int ny, unsigned int nz) {
   return grid;
 }
 
-// The lattice index of a place in double precision, by Cramer's rule on the orientation.
-std::array<double, 3> index_of(const VXBrioGrid& grid, const std::array<double, 3>& place) {
+// The lattice index of a place in double precision, with the inverse that gemmi forms.
+std::array<double, 3> index_of(const VXBrioGrid& grid, const std::array<float, 3>& place) {
   float o[9] = {1, 0, 0, 0, 1, 0, 0, 0, 1};
   grid.GetOrientation(o);
-  const double mid[3] = {grid.GetXMid(), grid.GetYMid(), grid.GetZMid()};
-  const unsigned int dim[3] = {grid.GetXDim(), grid.GetYDim(), grid.GetZDim()};
-  const auto det = [](const std::array<double, 9>& m) {
-    return m[0] * (m[4] * m[8] - m[5] * m[7]) - m[1] * (m[3] * m[8] - m[5] * m[6]) +
-           m[2] * (m[3] * m[7] - m[4] * m[6]);
-  };
-  std::array<double, 9> matrix{};
-  std::copy(o, o + 9, matrix.begin());
-  std::array<double, 3> index{};
-  for (std::size_t column = 0; column < 3; ++column) {
-    std::array<double, 9> replaced = matrix;
-    for (std::size_t row = 0; row < 3; ++row)
-      replaced[3 * row + column] = place[row] - mid[row];
-    index[column] =
-        det(replaced) / det(matrix) / double{grid.GetSpacing()} + (dim[column] - 1) / 2.0;
-  }
-  return index;
+  const gemmi::Mat33 orientation(o[0], o[1], o[2], o[3], o[4], o[5], o[6], o[7], o[8]);
+  const gemmi::Vec3 offset(place[0] - grid.GetXMid(), place[1] - grid.GetYMid(),
+                           place[2] - grid.GetZMid());
+  const gemmi::Vec3 steps = orientation.inverse().multiply(offset) / double{grid.GetSpacing()};
+  const auto dim = dims_of(grid);
+  return {steps.x + (dim[0] - 1) / 2.0, steps.y + (dim[1] - 1) / 2.0, steps.z + (dim[2] - 1) / 2.0};
 }
 
 // Smallest distance of an index to the ends of the source, negative outside.
 double depth(const VXBrioGrid& source, const std::array<double, 3>& index) {
-  const unsigned int dim[3] = {source.GetXDim(), source.GetYDim(), source.GetZDim()};
   double result = 1e9;
-  for (std::size_t axis = 0; axis < 3; ++axis) {
-    result = std::min({result, index[axis], dim[axis] - 1 - index[axis]});
-  }
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    result = std::min({result, index[axis], dims_of(source)[axis] - 1 - index[axis]});
   return result;
 }
 
 // Every point of `out` has the linear field inside the source and 0 outside; those within a
 // thousandth of a cell of the surface are not judged.
 void expect_linear_inside(const VXBrioGrid& source, const VXBrioGrid& out) {
-  std::vector<float> places;
-  ASSERT_TRUE(out.SpatialCoords(places));
   std::size_t inside = 0;
-  for (std::size_t e = 0; e < out.GetSize(); ++e) {
-    const std::array<double, 3> p = {places[3 * e], places[3 * e + 1], places[3 * e + 2]};
+  for (unsigned int e = 0; e < out.GetSize(); ++e) {
+    const auto p = place_of(out, e);
     const double d = depth(source, index_of(source, p));
     if (std::abs(d) < 1e-3) continue;
     if (d > 0) ++inside;
@@ -124,43 +113,6 @@ TEST(Regularize, a_triclinic_grid_keeps_a_linear_field_inside_and_is_0_outside) 
   expect_linear_inside(source, out);
 }
 
-TEST(Regularize, scalar_and_skew_forms_carry_type_and_tags) {
-  VXBrioGrid source = triclinic(20, 17, 23);
-  fill(source, linear);
-  source.SetTitle("map");
-  source.SetType(VXGridType::DifferenceMap);
-  VXSkewGrid skew{VXSkewGridImpl(source)};
-  skew.SetFloatData("SIGMA", 2.0f);
-  const float centre[3] = {3, 0, 2};
-  const float extents[3] = {9, 5, 7};
-  VXScalarGrid out;
-  ASSERT_TRUE(VXMakeRegularSubGrid(out, skew, centre, extents, 0.3f, false));
-  EXPECT_EQ(out.GetType(), VXGridType::DifferenceMap);
-  EXPECT_EQ(out.GetTitle(), "map");
-  EXPECT_EQ(out.GetFloatData("SIGMA"), 2.0f);
-  VXBrioGrid brio;
-  ASSERT_TRUE(VXMakeRegularSubGrid(brio, source, centre, extents, 0.3f, false));
-  for (unsigned int e = 0; e < out.GetSize(); ++e)
-    EXPECT_EQ(out[e], brio.GetValues()[e]);
-
-  // From the regular grid on, half the box at the same spacing takes the values over.
-  const float half[3] = {4.5f, 2.5f, 3.5f};
-  VXScalarGrid cut;
-  ASSERT_TRUE(VXMakeRegularSubGrid(cut, out, centre, half, 0.3f, false));
-  EXPECT_EQ(cut.GetXDim(), 16u);
-  EXPECT_EQ(cut.GetType(), VXGridType::DifferenceMap);
-  EXPECT_TRUE(cut.HasData("SIGMA"));
-  float x = 0;
-  float y = 0;
-  float z = 0;
-  cut.ElementToSpatialCoord(cut.GetSize() / 2, x, y, z);
-  EXPECT_NEAR(cut[cut.GetSize() / 2], linear(x, y, z), 1e-4);
-
-  ASSERT_TRUE(VXMakeRegularGrid(out, skew, 0.5f));
-  EXPECT_EQ(out.GetType(), VXGridType::DifferenceMap);
-  EXPECT_TRUE(out.HasData("SIGMA"));
-}
-
 TEST(Regularize, a_grid_without_orientation_at_its_own_spacing_is_copied_with_its_tags) {
   VXBrioGrid source;
   source.SetDim(3, 4, 5);
@@ -181,6 +133,27 @@ TEST(Regularize, a_grid_without_orientation_at_its_own_spacing_is_copied_with_it
   EXPECT_EQ(out.GetXDim(), 7u);  // the extents are dim*spacing
   EXPECT_FALSE(out.HasData("SIGMA"));
   EXPECT_FALSE(VXMakeRegularGrid(source, source, 0.25f));
+}
+
+TEST(Regularize, scalar_and_skew_forms_carry_type_and_tags) {
+  VXBrioGrid source = triclinic(20, 17, 23);
+  fill(source, linear);
+  source.SetType(VXGridType::DifferenceMap);
+  VXSkewGrid skew{VXSkewGridImpl(source)};
+  skew.SetFloatData("SIGMA", 2.0f);
+  const float centre[3] = {3, 0, 2}, extents[3] = {9, 5, 7}, half[3] = {4.5f, 2.5f, 3.5f};
+  VXScalarGrid out, cut, whole;
+  VXBrioGrid brio;
+  ASSERT_TRUE(VXMakeRegularSubGrid(out, skew, centre, extents, 0.3f, false));
+  ASSERT_TRUE(VXMakeRegularSubGrid(brio, source, centre, extents, 0.3f, false));
+  EXPECT_EQ(values_of(out), values_of(brio));
+  ASSERT_TRUE(VXMakeRegularSubGrid(cut, out, centre, half, 0.3f, false));
+  const auto [x, y, z] = place_of(cut, cut.GetSize() / 2);
+  EXPECT_NEAR(cut[cut.GetSize() / 2], linear(x, y, z), 1e-4);
+  ASSERT_TRUE(VXMakeRegularGrid(whole, skew, 0.5f));
+  for (const VXScalarGrid* grid : {&out, &cut, &whole})
+    EXPECT_TRUE(grid->GetType() == VXGridType::DifferenceMap &&
+                grid->GetFloatData("SIGMA") == 2.0f);
 }
 
 // A tiny step along one edge would turn fifty values into gigabytes at that spacing.
@@ -208,14 +181,9 @@ TEST(Regularize, wrapping_continues_a_crystal_periodically) {
   const auto periodic = [&](const std::array<double, 3>& index) {
     return std::cos(tau * index[0] / 24) + 2 * std::sin(tau * (index[1] / 25 + 2 * index[2] / 32));
   };
-  unsigned int e = 0;
-  for (int z = 0; z < 33; ++z) {
-    for (int y = 0; y < 26; ++y) {
-      for (int x = 0; x < 25; ++x) {
-        source.GetValues()[e++] = static_cast<float>(
-            periodic({static_cast<double>(x), static_cast<double>(y), static_cast<double>(z)}));
-      }
-    }
+  for (unsigned int e = 0; e < source.GetSize(); ++e) {
+    source.GetValues()[e] =
+        static_cast<float>(periodic({double(e % 25), double(e / 25 % 26), double(e / 650)}));
   }
   // Trilinear blending of the periodic lattice in double precision.
   const auto blended = [&](const std::array<double, 3>& f) {
@@ -238,12 +206,8 @@ TEST(Regularize, wrapping_continues_a_crystal_periodically) {
     const float extents[3] = {30, 12, 16};
     VXBrioGrid out;
     ASSERT_TRUE(VXMakeRegularSubGrid(out, source, centre, extents, 0.7f, true));
-    std::vector<float> places;
-    ASSERT_TRUE(out.SpatialCoords(places));
-    for (std::size_t i = 0; i < out.GetSize(); ++i) {
-      const std::array<double, 3> p = {places[3 * i], places[3 * i + 1], places[3 * i + 2]};
-      ASSERT_NEAR(out.GetValues()[i], blended(index_of(source, p)), 2e-3) << i;
-    }
+    for (unsigned int i = 0; i < out.GetSize(); ++i)
+      ASSERT_NEAR(out.GetValues()[i], blended(index_of(source, place_of(out, i))), 2e-3) << i;
   }
   // Reentrant grids wrap by themselves: no corner of the box is left at 0.
   source.SetReentrant(true);
@@ -255,9 +219,8 @@ TEST(Regularize, wrapping_continues_a_crystal_periodically) {
   VXBrioGrid coarse;
   ASSERT_TRUE(VXMakeRegularSubGrid(coarse, source, centres[0], wide, 100.0f, true));
   EXPECT_TRUE(VXGridHasNonZeroValue(coarse));
-  for (std::size_t i = 0; i < coarse.GetSize(); ++i) {
-    EXPECT_LE(std::abs(coarse.GetValues()[i]), 3.01f);
-  }
+  for (const float value : values_of(coarse))
+    EXPECT_LE(std::abs(value), 3.01f);
 }
 
 TEST(Regularize, a_target_without_size_is_laid_over_the_corners_of_the_source) {
@@ -267,8 +230,7 @@ TEST(Regularize, a_target_without_size_is_laid_over_the_corners_of_the_source) {
   ASSERT_EQ(vx_regularize_grid(source, out), 1);
   std::array<float, 24> corners{};
   vx_get_corners_of_grid(corners.data(), source);
-  float low = corners[0];
-  float high = corners[0];
+  float low = corners[0], high = corners[0];
   for (std::size_t i = 0; i < 24; i += 3) {
     low = std::min(low, corners[i]);
     high = std::max(high, corners[i]);
@@ -276,22 +238,27 @@ TEST(Regularize, a_target_without_size_is_laid_over_the_corners_of_the_source) {
   EXPECT_EQ(out.GetXDim(), 1 + static_cast<unsigned int>((high - low) / source.GetSpacing()));
   EXPECT_EQ(out.GetYMid(), source.GetYMid());
   expect_linear_inside(source, out);
+  // Points on the first and the last plane stay 0.
+  VXBrioGrid ones;
+  ones.SetDim(5, 5, 5);
+  ones.SetSpacing(1.0f);
+  out = ones;
+  fill(ones, [](double, double, double) { return 1; });
+  ASSERT_EQ(vx_regularize_grid(ones, out), 1);
+  const std::vector<float> values = values_of(out);
+  EXPECT_EQ(std::count(values.begin(), values.end(), 1.0f), 27);
 
   float centre[3] = {3, 0, 2};
   float half[3] = {3, 2, 1};
   VXBrioGrid block;
   ASSERT_EQ(vx_make_regularized_subgrid(source, centre, half, 0.25f, block), 1);
-  EXPECT_EQ(block.GetXDim(), 25u);
-  EXPECT_EQ(block.GetZDim(), 9u);
+  EXPECT_EQ(dims_of(block), (std::array{25u, 17u, 9u}));
   EXPECT_NEAR(block.GetValues()[0], linear(0, -2, 1), 2e-4);
   VXBrioGrid wrapped;
   ASSERT_EQ(vx_make_regularized_subgrid_reenterent(source, centre, half, 0.0f, wrapped), 1);
   EXPECT_EQ(wrapped.GetSpacing(), source.GetSpacing());
-  EXPECT_NEAR(wrapped.GetValues()[0],
-              linear(3 - 0.5 * (wrapped.GetXDim() - 1) * wrapped.GetSpacing(),
-                     0 - 0.5 * (wrapped.GetYDim() - 1) * wrapped.GetSpacing(),
-                     2 - 0.5 * (wrapped.GetZDim() - 1) * wrapped.GetSpacing()),
-              2e-4);
+  const auto [x, y, z] = place_of(wrapped, 0);
+  EXPECT_NEAR(wrapped.GetValues()[0], linear(x, y, z), 2e-4);
   EXPECT_EQ(vx_make_regularized_subgrid(VXBrioGrid(), centre, half, 0.0f, wrapped), 0);
   half[0] = 1e12f;
   EXPECT_EQ(vx_make_regularized_subgrid(source, centre, half, 0.1f, wrapped), 0);
@@ -301,9 +268,8 @@ TEST(Regularize, a_target_without_size_is_laid_over_the_corners_of_the_source) {
 // functions point by point, to the last bit.
 TEST(Regularize, rows_give_what_single_points_give) {
   VXBrioGrid source = triclinic(12, 13, 11);
-  for (std::size_t e = 0; e < source.GetSize(); ++e) {
+  for (std::size_t e = 0; e < source.GetSize(); ++e)
     source.GetValues()[e] = std::sin(static_cast<float>(e * e % 1000));
-  }
   VXBrioGrid out;
   const float centre[3] = {2, -1, 3};
   const float extents[3] = {6, 5, 4};
@@ -319,24 +285,8 @@ TEST(Regularize, rows_give_what_single_points_give) {
   std::vector<float> expected(out.GetSize());
   vi_map_to_atoms_from_grid(places.data(), static_cast<int>(out.GetSize()), expected.data(), record,
                             2);
-  EXPECT_EQ(std::vector<float>(out.GetValues(), out.GetValues() + out.GetSize()), expected);
+  EXPECT_EQ(values_of(out), expected);
   vx_deallocate_grid_struct(record, true, true);
-}
-
-TEST(Regularize, points_on_the_first_and_last_plane_stay_0) {
-  VXBrioGrid source;
-  source.SetDim(5, 5, 5);
-  source.SetSpacing(1.0f);
-  for (std::size_t e = 0; e < 125; ++e)
-    source.GetValues()[e] = 1.0f;
-  VXBrioGrid out;
-  out.SetDim(5, 5, 5);
-  out.SetSpacing(1.0f);
-  ASSERT_EQ(vx_regularize_grid(source, out), 1);
-  int kept = 0;
-  for (std::size_t e = 0; e < 125; ++e)
-    kept += out.GetValues()[e] == 1.0f ? 1 : 0;
-  EXPECT_EQ(kept, 27);
 }
 
 TEST(Regularize, sizes_beyond_an_int_and_hollow_sources_are_refused_by_name) {
@@ -344,27 +294,28 @@ TEST(Regularize, sizes_beyond_an_int_and_hollow_sources_are_refused_by_name) {
   const float value = 1;
   VXBrioGrid out;
   out.SetDim(2, 2, 2);
+  const std::string overflow =
+      "Unable to regularize grid due to input grid signed integer overflow: ";
   const struct {
     int dims[3];
-    std::vector<std::string> messages;
-  } cases[] = {
-      {{65536, 65536, 2},
-       {"Grid dimensions too large for memory size: 65536 x 65536",
-        "Unable to regularize grid due to input grid signed integer overflow: 65536 x 65536 x 2"}},
-      {{1024, 1024, 4096},
-       {"Grid dimensions too large for memory size: 1048576 x 4096",
-        "Unable to regularize grid due to input grid signed integer overflow: 1024 x 1024 x 4096"}},
-      {{5, 0, 5},
-       {"Unable to regularize grid due to input grid signed integer overflow: 5 x 0 x 5"}},
-      {{2, -1, 2},
-       {"Unable to regularize grid due to input grid signed integer overflow: 2 x -1 x 2"}}};
+    std::string memory, sizes;
+  } cases[] = {{{65536, 65536, 2}, "65536 x 65536", "65536 x 65536 x 2"},
+               {{1024, 1024, 4096}, "1048576 x 4096", "1024 x 1024 x 4096"},
+               {{5, 0, 5}, "", "5 x 0 x 5"},
+               {{2, -1, 2}, "", "2 x -1 x 2"}};
+  const auto regularized = [&](VXBrioGrid& to, int wrap, const float* from, const int* dims,
+                               float spacing, const float* orientation, const float* corners) {
+    return vx_regularize_grid_from_grid_params(to, wrap, from, mid, dims, spacing, orientation,
+                                               corners);
+  };
   for (const auto& c : cases) {
     MessageCapture capture;
-    EXPECT_EQ(vx_regularize_grid_from_grid_params(out, 0, &value, mid, c.dims, 1, nullptr, nullptr),
-              0);
-    ASSERT_EQ(capture.messages.size(), c.messages.size());
-    for (std::size_t i = 0; i < c.messages.size(); ++i) {
-      EXPECT_EQ(capture.messages[i].second, c.messages[i]);
+    EXPECT_EQ(regularized(out, 0, &value, c.dims, 1, nullptr, nullptr), 0);
+    EXPECT_EQ(capture.messages.size(), c.memory.empty() ? 1u : 2u);
+    EXPECT_EQ(capture.messages.back().second, overflow + c.sizes);
+    if (!c.memory.empty()) {
+      EXPECT_EQ(capture.messages[0].second,
+                "Grid dimensions too large for memory size: " + c.memory);
     }
   }
   // A target that its corners make too large.
@@ -374,44 +325,32 @@ TEST(Regularize, sizes_beyond_an_int_and_hollow_sources_are_refused_by_name) {
   corners[3] = corners[4] = corners[5] = 5000;
   VXBrioGrid empty;
   MessageCapture capture;
-  EXPECT_EQ(vx_regularize_grid_from_grid_params(empty, 0, values.data(), mid, dims, 1, nullptr,
-                                                corners.data()),
-            0);
+  EXPECT_EQ(regularized(empty, 0, values.data(), dims, 1, nullptr, corners.data()), 0);
   EXPECT_TRUE(capture.warned("Grid dimensions too large for memory size: 25010001 x 5001"));
   EXPECT_TRUE(capture.warned(
       "Unable to regularize grid due to output grid signed integer overflow: 5001 x 5001 x 5001"));
   EXPECT_EQ(empty.GetSize(), 0u);
-  EXPECT_EQ(
-      vx_regularize_grid_from_grid_params(empty, 0, values.data(), mid, dims, 1, nullptr, nullptr),
-      0);
+  EXPECT_EQ(regularized(empty, 0, values.data(), dims, 1, nullptr, nullptr), 0);
   // No span, no inverse, no number: the target is cleared and nothing more.
   const float flat[9] = {1, 0, 0, 0, 1, 0, 1, 1, 0};
   for (const int wrap : {0, 1}) {
-    EXPECT_EQ(vx_regularize_grid_from_grid_params(out, wrap, values.data(), mid, dims, 0, nullptr,
-                                                  nullptr),
-              0);
-    EXPECT_EQ(vx_regularize_grid_from_grid_params(out, wrap, values.data(), mid, dims, NAN, nullptr,
-                                                  nullptr),
-              0);
-    EXPECT_EQ(
-        vx_regularize_grid_from_grid_params(out, wrap, values.data(), mid, dims, 1, flat, nullptr),
-        0);
+    EXPECT_EQ(regularized(out, wrap, values.data(), dims, 0, nullptr, nullptr), 0);
+    EXPECT_EQ(regularized(out, wrap, values.data(), dims, NAN, nullptr, nullptr), 0);
+    EXPECT_EQ(regularized(out, wrap, values.data(), dims, 1, flat, nullptr), 0);
   }
   EXPECT_FALSE(VXGridHasNonZeroValue(out));
 }
 
 TEST(Regularize, unusable_boxes_fail_without_values) {
-  VXBrioGrid source = triclinic(5, 5, 5);
+  const VXBrioGrid source = triclinic(5, 5, 5), empty;
   VXBrioGrid out;
-  const float centre[3] = {0, 0, 0};
-  const float extents[3] = {1, 1, 1};
-  const float endless[3] = {1e9f, 1, 1};
+  const float centre[3] = {0, 0, 0}, extents[3] = {1, 1, 1}, endless[3] = {1e9f, 1, 1};
   MessageCapture quiet;
   EXPECT_FALSE(VXMakeRegularSubGrid(out, source, nullptr, extents, 0.5f, false));
   EXPECT_FALSE(VXMakeRegularSubGrid(out, source, centre, nullptr, 0.5f, false));
   EXPECT_FALSE(VXMakeRegularSubGrid(out, source, centre, endless, 0.5f, false));
-  EXPECT_FALSE(VXMakeRegularSubGrid(out, VXBrioGrid(), centre, extents, 0.0f, false));
-  EXPECT_FALSE(VXMakeRegularSubGrid(out, VXBrioGrid(), centre, extents, 0.5f, false));
+  EXPECT_FALSE(VXMakeRegularSubGrid(out, empty, centre, extents, 0.0f, false));
+  EXPECT_FALSE(VXMakeRegularSubGrid(out, empty, centre, extents, 0.5f, false));
   // Where single precision has no step of a period left, wrapping stops.
   const float far[3] = {1e20f, 0, 0};
   EXPECT_FALSE(VXMakeRegularSubGrid(out, source, far, extents, 0.5f, true));
@@ -430,14 +369,12 @@ TEST(Regularize, a_block_of_whole_points_encloses_the_points) {
   VXBrioGrid out;
   ASSERT_EQ(vx_make_subgrid_that_encloses_points(source, points, 2, 0.25f, out), 1);
   EXPECT_EQ(out.GetSpacing(), 0.5f);
-  std::vector<float> places;
-  ASSERT_TRUE(out.SpatialCoords(places));
-  for (std::size_t e = 0; e < out.GetSize(); ++e) {
-    EXPECT_NEAR(out.GetValues()[e], linear(places[3 * e], places[3 * e + 1], places[3 * e + 2]),
-                1e-5);
+  for (unsigned int e = 0; e < out.GetSize(); ++e) {
+    const auto [x, y, z] = place_of(out, e);
+    EXPECT_NEAR(out.GetValues()[e], linear(x, y, z), 1e-5);
   }
-  EXPECT_EQ(places[0], 0.0f);                        // the point before 0.05
-  EXPECT_EQ(places[3 * (out.GetXDim() - 1)], 1.5f);  // the point before 1.65
+  EXPECT_EQ(place_of(out, 0)[0], 0.0f);                  // the point before 0.05
+  EXPECT_EQ(place_of(out, out.GetXDim() - 1)[0], 1.5f);  // the point before 1.65
   const float far_low[6] = {-90, -90, -90, 1, 2, 3};
   ASSERT_EQ(vx_make_subgrid_that_encloses_points(source, far_low, 2, 100.0f, out), 1);
   EXPECT_EQ(out.GetSize(), source.GetSize());

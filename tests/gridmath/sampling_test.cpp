@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include "gridmath/test_record.h"
@@ -46,19 +47,12 @@ std::vector<float> random_points(std::size_t count, double margin) {
   return points;
 }
 
-std::vector<PdbStruct> as_atoms(const std::vector<float>& points) {
-  std::vector<PdbStruct> atoms(points.size() / 3);
-  for (std::size_t i = 0; i < atoms.size(); ++i) {
-    atoms[i].x = points[3 * i];
-    atoms[i].y = points[3 * i + 1];
-    atoms[i].z = points[3 * i + 2];
-  }
-  return atoms;
-}
-
 // The same points by the layout that a mode asks for.
 std::vector<float> sampled(const GridStruct& grid, std::vector<float> points, int mode) {
-  std::vector<PdbStruct> atoms = as_atoms(points);
+  std::vector<PdbStruct> atoms(points.size() / 3);
+  for (std::size_t i = 0; i < atoms.size(); ++i)
+    std::tie(atoms[i].x, atoms[i].y, atoms[i].z) =
+        std::tie(points[3 * i], points[3 * i + 1], points[3 * i + 2]);
   std::vector<double> doubles(points.begin(), points.end());
   std::vector<float> out(atoms.size(), untouched);
   const int count = static_cast<int>(out.size());
@@ -76,11 +70,10 @@ TEST(Sampling, trilinear_modes_reproduce_a_trilinear_field_in_every_layout) {
   const std::vector<float> points = random_points(700, 0.001);
   for (const int mode : {0, 2, 4}) {
     const std::vector<float> out = sampled(record.grid, points, mode);
-    for (std::size_t i = 0; i < out.size(); ++i) {
+    for (std::size_t i = 0; i < out.size(); ++i)
       EXPECT_NEAR(out[i], trilinear_field(points[3 * i], points[3 * i + 1], points[3 * i + 2]),
                   2e-5)
           << "mode " << mode << " point " << i;
-    }
   }
 }
 
@@ -114,9 +107,7 @@ TEST(Sampling, quadratic_modes_shift_a_square_by_a_quarter_and_keep_what_is_line
   for (const int mode : {1, 3, 5}) {
     const std::vector<float> out = sampled(record.grid, points, mode);
     for (std::size_t i = 0; i < out.size(); ++i) {
-      const double x = points[3 * i];
-      const double y = points[3 * i + 1];
-      const double z = points[3 * i + 2];
+      const double x = points[3 * i], y = points[3 * i + 1], z = points[3 * i + 2];
       EXPECT_NEAR(out[i], quadratic_field(x, y, z) + shift, 3e-5);
       EXPECT_EQ(out[i], values[i]);
       EXPECT_NEAR(gradients[3 * i], 1 + x + y, 1e-4);
@@ -153,12 +144,10 @@ TEST(Sampling, only_points_strictly_inside_are_written) {
                {{3e38f, -3e38f, 0}, false, false}};
   for (const auto& c : cases) {
     const std::vector<float> point(c.point.begin(), c.point.end());
-    for (const int mode : {0, 2, 4, 6, 7, 8}) {
-      EXPECT_EQ(sampled(record.grid, point, mode)[0], c.linear ? 5.0f : untouched)
-          << point[0] << ' ' << point[1] << ' ' << point[2] << " mode " << mode;
-    }
-    for (const int mode : {1, 3, 5}) {
-      EXPECT_EQ(sampled(record.grid, point, mode)[0], c.quadratic ? 5.0f : untouched)
+    for (int mode = 0; mode < 9; ++mode) {
+      const bool is_quadratic = mode == 1 || mode == 3 || mode == 5;
+      EXPECT_EQ(sampled(record.grid, point, mode)[0],
+                (is_quadratic ? c.quadratic : c.linear) ? 5.0f : untouched)
           << point[0] << ' ' << point[1] << ' ' << point[2] << " mode " << mode;
     }
   }
@@ -196,16 +185,13 @@ TEST(Sampling, records_without_an_inside_write_nothing) {
   for (const auto& d : {std::array{1, 4, 4}, std::array{4, 0, 4}, std::array{4, 4, -2},
                         std::array{65536, 65536, 2}}) {
     TestRecord record({2, 2, 2}, {0, 0, 0}, 1.0f);
-    record.grid.xdim = d[0];
-    record.grid.ydim = d[1];
-    record.grid.zdim = d[2];
+    std::tie(record.grid.xdim, record.grid.ydim, record.grid.zdim) = std::tuple(d[0], d[1], d[2]);
     for (const int mode : {2, 3, 7})
       vi_map_to_atoms_from_grid(point, 1, &out, record.grid, mode);
   }
   TestRecord record({4, 4, 4}, {0, 0, 0}, 1.0f);
-  for (const int mode : {-1, 9, 100}) {
+  for (const int mode : {-1, 9, 100})
     vi_map_to_atoms_from_grid(point, 1, &out, record.grid, mode);
-  }
   vi_map_to_atoms_from_grid(point, -1, &out, record.grid, 2);
   vi_map_to_atoms_from_grid_and_vals(point, 1, &out, record.grid, nullptr, 2);
   vi_map_to_atoms_from_grid(nullptr, 1, &out, record.grid, 2);
@@ -213,21 +199,6 @@ TEST(Sampling, records_without_an_inside_write_nothing) {
   TestRecord thin({2, 5, 5}, {0, 0, 0}, 1.0f);
   vi_map_to_atoms_from_grid(point, 1, &out, thin.grid, 3);
   EXPECT_EQ(out, untouched);
-}
-
-TEST(Sampling, flag_decides_what_the_quadratic_leaves_outside) {
-  TestRecord record(dims, mid, spacing);
-  record.fill(quadratic_field);
-  const float outside[3] = {100, 0, 0};
-  for (const int flag : {0, 1, 7}) {
-    float value = untouched;
-    float gradient[3] = {untouched, untouched, untouched};
-    vi_quadratic_interpolation_and_derivativates(outside, 1, &value, gradient, record.grid, flag);
-    const float expected = flag == 0 ? 0.0f : untouched;
-    EXPECT_EQ(value, expected);
-    for (const float g : gradient)
-      EXPECT_EQ(g, expected);
-  }
 }
 
 TEST(Sampling, quadratic_on_a_molecule_runs_by_atom_index) {
@@ -241,17 +212,22 @@ TEST(Sampling, quadratic_on_a_molecule_runs_by_atom_index) {
   for (int i = 0; i < 5; ++i)
     mol.NewAtom(6);
   ASSERT_TRUE(mol.SetCoords(coords.data()));
-  std::vector<float> values;
-  std::vector<float> gradients;
+  std::vector<float> values, gradients;
   ASSERT_TRUE(VXQuadraticInterpolationAndDerivatives(grid, mol, values, gradients));
-  ASSERT_EQ(values.size(), 5u);
-  ASSERT_EQ(gradients.size(), 15u);
+  ASSERT_TRUE(values.size() == 5 && gradients.size() == 15);
   EXPECT_EQ(values[1], 0.0f);
   EXPECT_EQ(gradients[4], 0.0f);
-  for (const std::size_t i : {0u, 2u, 3u, 4u}) {
+  for (const std::size_t i : {0u, 2u, 3u, 4u})
     EXPECT_NEAR(gradients[3 * i + 2], 1 + 4 * coords[3 * i + 2], 1e-4);
-  }
   EXPECT_FALSE(VXQuadraticInterpolationAndDerivatives(VXScalarGrid(), mol, values, gradients));
+  // Of the flat form a flag decides what is left outside.
+  for (const int flag : {0, 1, 7}) {
+    std::array<float, 4> found = {untouched, untouched, untouched, untouched}, expected = found;
+    if (flag == 0) expected = {};
+    vi_quadratic_interpolation_and_derivativates(&coords[3], 1, found.data(), &found[1],
+                                                 record.grid, flag);
+    EXPECT_EQ(found, expected);
+  }
 }
 
 }  // namespace

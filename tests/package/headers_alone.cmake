@@ -1,4 +1,4 @@
-# Each public header compiles by itself as C++17 with warnings as errors.
+# Each public header compiles by itself as C++17 with warnings as errors, and vxgrid.h has them all.
 # -DCOMPILER=... -DINCLUDE_DIR=... -DWORK_DIR=...
 file(GLOB_RECURSE headers RELATIVE "${INCLUDE_DIR}" "${INCLUDE_DIR}/*.h")
 list(LENGTH headers count)
@@ -22,3 +22,13 @@ if(failed)
   message(FATAL_ERROR "headers that do not compile alone: ${failed}")
 endif()
 message(STATUS "${count} headers compile alone")
+
+execute_process(COMMAND "${COMPILER}" -std=c++17 -MM "-I${INCLUDE_DIR}"
+                        "${INCLUDE_DIR}/vxgrid/vxgrid.h"
+                OUTPUT_VARIABLE included)
+foreach(header IN LISTS headers)
+  string(FIND "${included}" "${INCLUDE_DIR}/${header}" place)
+  if(place EQUAL -1)
+    message(FATAL_ERROR "vxgrid.h does not include ${header}")
+  endif()
+endforeach()

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>  // for setenv
+#include <utility>  // for pair
 
 #include "support/temp_dir.h"
 #include "vxgrid/toolkit/host/version.h"
@@ -11,25 +12,20 @@
 namespace {
 
 TEST(FileExtension, is_what_stands_behind_the_last_dot_of_the_last_component) {
-  const struct {
-    const char *name, *extension;
-  } cases[] = {{"a.map", "map"},
-               {"a.b.GRD", "GRD"},
-               {"x/y.z/file", ""},
-               {".grd", "grd"},
-               {"a.map.gz", "map.gz"},
-               {"a.phi.GZ", "phi.GZ"},
-               {"a.gz", "gz"},
-               {"d.map/a.gz", "gz"},
-               {".gz", "gz"},
-               {"a.", ""},
-               {"", ""},
-               {"noext", ""}};
-  for (const auto& c : cases) {
-    const char* const extension = VXMol::VXGetFileExtension(c.name);
-    EXPECT_STREQ(extension, c.extension) << c.name;
-    EXPECT_GE(extension, c.name);
-  }
+  const std::pair<const char*, const char*> cases[] = {{"a.map", "map"},
+                                                       {"a.b.GRD", "GRD"},
+                                                       {"x/y.z/file", ""},
+                                                       {".grd", "grd"},
+                                                       {"a.map.gz", "map.gz"},
+                                                       {"a.phi.GZ", "phi.GZ"},
+                                                       {"a.gz", "gz"},
+                                                       {"d.map/a.gz", "gz"},
+                                                       {".gz", "gz"},
+                                                       {"a.", ""},
+                                                       {"", ""},
+                                                       {"noext", ""}};
+  for (const auto& [name, extension] : cases)
+    EXPECT_STREQ(VXMol::VXGetFileExtension(name), extension) << name;
   EXPECT_STREQ(VXMol::VXGetFileExtension(nullptr), "");
 }
 
@@ -37,19 +33,14 @@ TEST(TempDirectory, is_the_preferred_one_then_the_environments_then_the_systems)
   const vxgrid_test::TempDir folder;
   const std::string path = folder.file("");
   const std::string bare = path.substr(0, path.size() - 1);
-  const char* const before = std::getenv("TMPDIR");
-  const std::string kept = before ? before : "";
+  const std::string before = VXHost::VXFileTempDirectory();
   setenv("TMPDIR", path.c_str(), 1);
   EXPECT_EQ(VXHost::VXFileTempDirectory(""), bare);
   EXPECT_EQ(VXHost::VXFileTempDirectory("/no/such/folder"), bare);
   EXPECT_EQ(VXHost::VXFileTempDirectory("/"), "/");
   setenv("TMPDIR", "/no/such/folder", 1);
   EXPECT_EQ(VXHost::VXFileTempDirectory(), "/tmp");
-  if (before) {
-    setenv("TMPDIR", kept.c_str(), 1);
-  } else {
-    unsetenv("TMPDIR");
-  }
+  setenv("TMPDIR", before.c_str(), 1);
 }
 
 VXHost::VXVersion test_version() {

@@ -1,8 +1,10 @@
 // What is known of elements and bonds: radii, hydrogens, charges; and the geometry of molecules.
 #include <gtest/gtest.h>
 
-#include <string>  // for string
-#include <vector>  // for vector
+#include <array>     // for array
+#include <iterator>  // for size
+#include <tuple>     // for tuple
+#include <vector>    // for vector
 
 #include "vxgrid/toolkit/mol/elements.h"
 #include "vxgrid/toolkit/mol/formal_charges.h"
@@ -27,16 +29,11 @@ VXGraphMol make_star(unsigned int center, const std::vector<unsigned int>& neigh
 }  // namespace
 
 TEST(Radii, AreBondisOrTheDefault) {
-  struct Case {
-    unsigned int z;
-    float radius;
-  };
-  for (const auto& [z, radius] :
-       {Case{1, 1.2F}, Case{6, 1.7F}, Case{7, 1.55F}, Case{8, 1.52F}, Case{9, 1.47F},
-        Case{15, 1.8F}, Case{16, 1.8F}, Case{17, 1.75F}, Case{35, 1.85F}, Case{53, 1.98F},
-        Case{92, 1.86F}, Case{0, 1.7F}, Case{26, 1.7F}, Case{118, 1.7F}, Case{4000, 1.7F}}) {
-    EXPECT_EQ(VXGetBondiVdWRadius(z), radius) << z;
-  }
+  constexpr unsigned int numbers[] = {1, 6, 7, 8, 9, 15, 16, 17, 35, 53, 92, 0, 26, 118, 4000};
+  constexpr float radii[] = {1.2F,  1.7F,  1.55F, 1.52F, 1.47F, 1.8F, 1.8F, 1.75F,
+                             1.85F, 1.98F, 1.86F, 1.7F,  1.7F,  1.7F, 1.7F};
+  for (std::size_t i = 0; i < std::size(numbers); ++i)
+    EXPECT_EQ(VXGetBondiVdWRadius(numbers[i]), radii[i]) << numbers[i];
   VXGraphMol mol = make_star(7, {1, 26});
   EXPECT_FALSE(VXAssignBondiVdWRadii(mol));
   EXPECT_EQ(mol.GetAtom(1)->GetRadius(), 1.2F);
@@ -74,33 +71,25 @@ TEST(Hydrogens, AreRemovedAsTheFlagsSay) {
 }
 
 TEST(FormalCharges, FollowExplicitValencesAndNothingElse) {
-  struct Case {
-    unsigned int center;
-    std::vector<unsigned int> neighbours;
-    int before, after;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<unsigned int, std::vector<unsigned int>, int, int> cases[] = {
       {7, {6, 1, 1, 1}, 0, 1},  {7, {6, 6, 6}, 0, 0},     {7, {6, 6, 6, 26}, 0, 0},
       {8, {1, 1, 1}, 0, 1},     {8, {1, 1, 12}, 0, 0},    {8, {6}, 0, 0},
       {5, {9, 9, 9, 9}, 0, -1}, {15, {8, 8, 8, 8}, 0, 0}, {16, {8, 8, 8, 8}, 0, 0},
       {7, {6, 1, 1, 1}, 2, 2},  {6, {1, 1, 1}, 0, 0}};
-  for (const Case& c : cases) {
-    VXGraphMol mol = make_star(c.center, c.neighbours);
-    mol.GetAtom(0)->SetFormalCharge(c.before);
-    EXPECT_EQ(VXAssignFormalCharges(mol), c.before != c.after);
-    EXPECT_EQ(mol.GetAtom(0)->GetFormalCharge(), c.after) << c.center << " " << c.neighbours.size();
+  for (const auto& [center, neighbours, before, after] : cases) {
+    VXGraphMol mol = make_star(center, neighbours);
+    mol.GetAtom(0)->SetFormalCharge(before);
+    EXPECT_EQ(VXAssignFormalCharges(mol), before != after);
+    EXPECT_EQ(mol.GetAtom(0)->GetFormalCharge(), after) << center << " " << neighbours.size();
   }
 }
 
 TEST(AtomKinds, FollowElementAndNeighbours) {
   VXGraphMol mol = make_star(8, {1, 6, 17, 30});
   mol.NewBond(mol.GetAtom(2), mol.NewAtom(1), 1);
-  EXPECT_TRUE(mol.GetAtom(0)->IsPolar());
-  EXPECT_TRUE(mol.GetAtom(1)->IsPolarHydrogen());
-  EXPECT_FALSE(mol.GetAtom(5)->IsPolarHydrogen());
-  EXPECT_TRUE(mol.GetAtom(3)->IsHalogen());
-  EXPECT_TRUE(mol.GetAtom(4)->IsMetal());
-  EXPECT_FALSE(mol.GetAtom(2)->IsPolar());
+  EXPECT_TRUE(mol.GetAtom(0)->IsPolar() && !mol.GetAtom(2)->IsPolar());
+  EXPECT_TRUE(mol.GetAtom(1)->IsPolarHydrogen() && !mol.GetAtom(5)->IsPolarHydrogen());
+  EXPECT_TRUE(mol.GetAtom(3)->IsHalogen() && mol.GetAtom(4)->IsMetal());
 }
 
 TEST(Geometry, BoxCentreAndMotionsSkipHolesOfTheIndices) {
@@ -108,28 +97,27 @@ TEST(Geometry, BoxCentreAndMotionsSkipHolesOfTheIndices) {
   const std::vector<float> coords = {0, 0, 0, 100, 100, 100, 4, 1, -2, 2, 5, 2};
   mol.SetCoords(coords.data());
   mol.DeleteAtom(mol.GetAtom(1));
-  float center[3], extents[3];
-  VXGetCenterAndExtents(mol, center, extents);
-  EXPECT_EQ(std::vector<float>(center, center + 3), (std::vector<float>{2, 2.5F, 0}));
-  EXPECT_EQ(std::vector<float>(extents, extents + 3), (std::vector<float>{4, 5, 4}));
-  EXPECT_TRUE(VXGetCenterOfMass(mol, center));
-  EXPECT_EQ(std::vector<float>(center, center + 3), (std::vector<float>{2, 2, 0}));
+  using Triple = std::array<float, 3>;
+  Triple center, extents, xyz;
+  VXGetCenterAndExtents(mol, center.data(), extents.data());
+  EXPECT_EQ(center, (Triple{2, 2.5F, 0}));
+  EXPECT_EQ(extents, (Triple{4, 5, 4}));
+  EXPECT_TRUE(VXGetCenterOfMass(mol, center.data()));
+  EXPECT_EQ(center, (Triple{2, 2, 0}));
   const float weights[4] = {0, 7, 1, 0};
-  EXPECT_TRUE(VXGetCenterOfMass(mol, center, weights));
-  EXPECT_EQ(std::vector<float>(center, center + 3), (std::vector<float>{4, 1, -2}));
+  EXPECT_TRUE(VXGetCenterOfMass(mol, center.data(), weights));
+  EXPECT_EQ(center, (Triple{4, 1, -2}));
 
   // x -> y -> z -> x, so that a transposed matrix would show.
   const double turn[9] = {0, 0, 1, 1, 0, 0, 0, 1, 0};
   const float shift[3] = {1, 2, 3};
   EXPECT_TRUE(VXRotate(mol, turn));
   EXPECT_TRUE(VXTranslate(mol, shift));
-  float xyz[3];
-  mol.GetCoords(mol.GetAtom(2), xyz);
-  EXPECT_EQ(std::vector<float>(xyz, xyz + 3), (std::vector<float>{-1, 6, 4}));
+  mol.GetCoords(mol.GetAtom(2), xyz.data());
+  EXPECT_EQ(xyz, (Triple{-1, 6, 4}));
 
   VXGraphMol empty;
-  EXPECT_FALSE(VXGetCenterOfMass(empty, center));
-  EXPECT_FALSE(VXTranslate(empty, shift));
-  VXGetCenterAndExtents(empty, center, extents);
-  EXPECT_EQ(extents[0], 0);
+  EXPECT_FALSE(VXGetCenterOfMass(empty, center.data()) || VXTranslate(empty, shift));
+  VXGetCenterAndExtents(empty, center.data(), extents.data());
+  EXPECT_EQ(extents, Triple{});
 }

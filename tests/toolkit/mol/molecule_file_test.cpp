@@ -3,14 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>  // for count_if
-#include <chrono>     // for steady_clock
+#include <chrono>  // for steady_clock
 #include <gemmi/cif.hpp>
 #include <gemmi/mmcif.hpp>
 #include <gemmi/pdb.hpp>
-#include <random>  // for mt19937
-#include <string>  // for string
-#include <vector>  // for vector
+#include <random>   // for mt19937
+#include <string>   // for string
+#include <utility>  // for pair
+#include <vector>   // for vector
 
 #include "support/messages.h"
 #include "support/shared_data.h"
@@ -63,28 +63,20 @@ const char* const small_cif =
     "HETATM Zn \"ZN'\" B ZN B 301 C 4 5 6 ? . 2 1\n"
     "ATOM N N . GLY A 7 ? 0 0 0 1 1 ? 2\n";
 
-const VXAtomBase* find_atom(const VXMolBase& mol, const std::string& name, char alternate = ' ') {
-  for (const VXAtomBase* atom : mol.GetAtoms()) {
-    if (atom->GetName() == name && VXAtomGetResidue(atom).GetAlternateLocation() == alternate) {
-      return atom;
-    }
-  }
-  return nullptr;
-}
-
 // One line of everything that a file says about each atom.
+const char* const atom_line = "%s %d %d %s %s %d %c%c %d %.3f %.3f %.3f %.2f %.2f";
+
 std::vector<std::string> describe(const VXMolBase& mol) {
   std::vector<std::string> lines;
   for (const VXAtomBase* atom : mol.GetAtoms()) {
     const VXResidue& r = VXAtomGetResidue(atom);
-    float xyz[3];
-    mol.GetCoords(atom, xyz);
+    float p[3];
+    mol.GetCoords(atom, p);
     lines.push_back(VXCore::format_text(
-        "%s %u %d %s %s %d %c%c %d %.3f %.3f %.3f %.2f %.2f", atom->GetName().c_str(),
-        atom->GetAtomicNum(), atom->GetFormalCharge(), r.GetName().c_str(), r.GetChainID().c_str(),
-        r.GetResidueNumber(), r.GetInsertCode(), r.GetAlternateLocation(), r.GetHetAtom(),
-        static_cast<double>(xyz[0]), static_cast<double>(xyz[1]), static_cast<double>(xyz[2]),
-        static_cast<double>(r.GetOccupancy()), static_cast<double>(r.GetBFactor())));
+        atom_line, atom->GetName().c_str(), static_cast<int>(atom->GetAtomicNum()),
+        atom->GetFormalCharge(), r.GetName().c_str(), r.GetChainID().c_str(), r.GetResidueNumber(),
+        r.GetInsertCode(), r.GetAlternateLocation(), r.GetHetAtom(), double{p[0]}, double{p[1]},
+        double{p[2]}, double{r.GetOccupancy()}, double{r.GetBFactor()}));
   }
   return lines;
 }
@@ -95,11 +87,10 @@ std::vector<std::string> describe(const gemmi::Structure& structure) {
     for (const gemmi::Residue& residue : chain.residues) {
       for (const gemmi::Atom& atom : residue.atoms) {
         lines.push_back(VXCore::format_text(
-            "%s %d %d %s %s %d %c%c %d %.3f %.3f %.3f %.2f %.2f", atom.name.c_str(),
-            atom.element.atomic_number(), atom.charge, residue.name.c_str(), chain.name.c_str(),
-            *residue.seqid.num, residue.seqid.icode, atom.altloc ? atom.altloc : ' ',
-            residue.het_flag == 'H', atom.pos.x, atom.pos.y, atom.pos.z,
-            static_cast<double>(atom.occ), static_cast<double>(atom.b_iso)));
+            atom_line, atom.name.c_str(), atom.element.atomic_number(), atom.charge,
+            residue.name.c_str(), chain.name.c_str(), *residue.seqid.num, residue.seqid.icode,
+            atom.altloc ? atom.altloc : ' ', residue.het_flag == 'H', atom.pos.x, atom.pos.y,
+            atom.pos.z, double{atom.occ}, double{atom.b_iso}));
       }
     }
   }
@@ -112,10 +103,6 @@ bool reads(const std::string& text, VXMolBase& mol) {
   EXPECT_EQ(messages.messages.size(), ok ? 0U : 1U);
   EXPECT_EQ(static_cast<bool>(mol), ok);
   return ok;
-}
-
-double seconds_since(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 }  // namespace
@@ -143,17 +130,9 @@ TEST(MoleculeFile, ReadsTheFirstModelOfAPdbFileWithAllItsFields) {
 TEST(MoleculeFile, BondsFollowDistancesAndAlternateLocations) {
   VXGraphMol mol;
   ASSERT_TRUE(reads(small_pdb, mol));
-  const auto bonded = [&](const VXAtomBase* a, const VXAtomBase* b) {
-    return mol.GetBond(a, b) != nullptr;
-  };
-  const VXAtomBase* ca_a = find_atom(mol, "CA", 'A');
-  const VXAtomBase* ca_b = find_atom(mol, "CA", 'B');
-  EXPECT_TRUE(bonded(find_atom(mol, "N"), ca_a));
-  EXPECT_TRUE(bonded(find_atom(mol, "N"), ca_b));
-  EXPECT_TRUE(bonded(find_atom(mol, "C"), ca_b));
-  EXPECT_FALSE(bonded(ca_a, ca_b));
-  EXPECT_TRUE(bonded(find_atom(mol, "O"), find_atom(mol, "H1")));
-  EXPECT_TRUE(bonded(find_atom(mol, "C"), mol.GetAtom(4)));
+  // N to both places of CA, those to C, C to the next N, O to H; zinc to none.
+  for (const auto& [a, b] : {std::pair{0U, 1U}, {0U, 2U}, {1U, 3U}, {2U, 3U}, {3U, 4U}, {6U, 7U}})
+    EXPECT_NE(mol.GetBond(mol.GetAtom(a), mol.GetAtom(b)), nullptr) << a << " " << b;
   EXPECT_EQ(mol.NumBonds(), 6U);
 }
 
@@ -180,15 +159,7 @@ TEST(MoleculeFile, RealFilesReadAsGemmiReadsThem) {
   VXGraphMol pdb;
   ASSERT_TRUE(VXReadMolecule(shared_data("5wkd.pdb"), pdb));
   EXPECT_EQ(describe(pdb), describe(gemmi::read_pdb_file(shared_data("5wkd.pdb"))));
-  EXPECT_EQ(pdb.NumAtoms(), 50U);
   EXPECT_EQ(pdb.GetTitle(), "5WKD");
-  EXPECT_EQ(std::count_if(VXGetPDBDataPairs(pdb).begin(), VXGetPDBDataPairs(pdb).end(),
-                          [](const VXPDBDataPair& pair) {
-                            return pair.GetTag() == "REMARK" &&
-                                   pair.GetValue().find("RESOLUTION.    1.80 ANG") !=
-                                       std::string::npos;
-                          }),
-            1);
 
   VXGraphMol cif;
   ASSERT_TRUE(VXReadMolecule(shared_data("5i55.cif"), cif));
@@ -288,26 +259,22 @@ TEST(MoleculeFile, FilesCutAnywhereGiveWholeAtomsOrNone) {
 }
 
 TEST(MoleculeFile, DamagedFilesAreRefusedWithAMessageThatSaysWhy) {
-  struct Case {
-    std::string from, to, reason;
-  };
-  const std::string pdb = small_pdb;
-  const std::vector<Case> cases = {
-      {"   1.450   0.000", "   1.4x0   0.000", "line 6 has \"   1.4x0\" for a coordinate"},
-      {"   1.450   0.000", "     nan   0.000", "line 6 has \"     nan\" for a coordinate"},
-      {"   1.450   0.000", "           0.000", "line 6 has \"        \" for a coordinate"},
-      {"   1.450   0.000   0.000  0.60 11.00           C", "   1.450   0.000",
-       "line 6 is too short for an atom"},
-  };
-  for (const Case& c : cases) {
-    std::string text = pdb;
-    text.replace(text.find(c.from), c.from.size(), c.to);
+  // What follows column 38 of the sixth line, and why it is refused.
+  const std::string rest = "   0.000   0.000  0.60 11.00           C";
+  const std::pair<std::string, std::string> cases[] = {
+      {"   1.4x0" + rest, "line 6 has \"   1.4x0\" for a coordinate"},
+      {"     nan" + rest, "line 6 has \"     nan\" for a coordinate"},
+      {"        " + rest, "line 6 has \"        \" for a coordinate"},
+      {"   1.450   0.000", "line 6 is too short for an atom"}};
+  for (const auto& [line, reason] : cases) {
+    std::string text = small_pdb;
+    text.replace(text.find("   1.450" + rest), 8 + rest.size(), line);
     const MessageCapture messages;
     VXGraphMol mol;
     mol.NewAtom(6);
     EXPECT_FALSE(VXReadMoleculeText(text, mol, "x.pdb"));
     EXPECT_FALSE(static_cast<bool>(mol));
-    EXPECT_TRUE(messages.warned("VXReadMolecule: x.pdb: " + c.reason)) << c.reason;
+    EXPECT_TRUE(messages.warned("VXReadMolecule: x.pdb: " + reason)) << reason;
   }
   const MessageCapture messages;
   VXGraphMol mol;
@@ -330,16 +297,14 @@ TEST(MoleculeFile, SizesAndBytesThatNoFileShouldHaveAreTakenInStride) {
   }
   VXGraphMol mol;
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_TRUE(reads(alternating, mol));
-  EXPECT_TRUE(reads(same_place, mol));
-  EXPECT_LT(seconds_since(start), 60.0);
+  EXPECT_TRUE(reads(alternating, mol) && reads(same_place, mol));
+  EXPECT_TRUE(std::chrono::steady_clock::now() - start < std::chrono::minutes(1));
 
   std::mt19937 random(7);
   for (int round = 0; round < 2000; ++round) {
     std::string text = round % 2 == 0 ? small_pdb : small_cif;
-    for (int k = 0; k < 1 + round % 8; ++k) {
+    for (int k = 0; k < 1 + round % 8; ++k)
       text[random() % text.size()] = static_cast<char>(random() % 256);
-    }
     reads(text, mol);
   }
 }
