@@ -4,11 +4,13 @@
 #include <algorithm>  // for fill_n
 #include <array>      // for array
 #include <cmath>      // for sqrt
+#include <optional>   // for optional
 #include <vector>     // for vector
 
 #include "density/atom_density.h"
 #include "grid/lattice.h"
 #include "vxgrid/crystal/crystal_images.h"
+#include "vxgrid/crystal/molecule_symmetry.h"
 #include "vxgrid/density/scattering.h"
 #include "vxgrid/grid/grid_functions.h"
 #include "vxgrid/grid/scalar_grid.h"
@@ -61,8 +63,13 @@ void VXSetScatterDefaults(VXMolBase& mol, double bfactor, double occupancy, unsi
 }
 
 bool VXScatterToGrid(VXSkewGrid& grid, const VXMolBase& mol) {
-  VXGraphMol copy(mol);
-  VXExpandCrystalSymmetry(grid, copy);
+  // Where neither side has symmetry the expansion would change nothing, and needs no copy.
+  std::optional<VXGraphMol> crystal;
+  if (VXHasCrystalSymmetryImpl(mol) || grid.HasData(VXXtal::grid_symmetry_tag)) {
+    crystal.emplace(mol);
+    VXExpandCrystalSymmetry(grid, *crystal);
+  }
+  const VXMolBase& atoms = crystal ? *crystal : mol;
 
   float* values = grid.GetValues();
   if (values == nullptr || grid.GetSize() <= 1) return false;
@@ -71,9 +78,9 @@ bool VXScatterToGrid(VXSkewGrid& grid, const VXMolBase& mol) {
   const VXBrioGrid& brio = grid.GetImpl().GetImpl();
   const detail::OrientedLattice lattice(brio);
   detail::DensityDepositor depositor(lattice, lattice_steps(brio, lattice), values);
-  std::vector<float> coords(3 * static_cast<std::size_t>(copy.GetMaxAtomIdx()));
-  copy.GetCoords(coords.data());
-  for (const VXAtomBase* atom : static_cast<const VXGraphMol&>(copy).GetAtoms()) {
+  std::vector<float> coords(3 * static_cast<std::size_t>(atoms.GetMaxAtomIdx()));
+  atoms.GetCoords(coords.data());
+  for (const VXAtomBase* atom : atoms.GetAtoms()) {
     const int row = VXGetScatterType(atom);
     if (row < 0) continue;
     const VXResidue& residue = VXAtomGetResidue(atom);
