@@ -150,6 +150,9 @@ class ScoreCommand : public Command {
                        number.c_str(), score.residue.GetName().c_str(), score.atoms,
                        score_text(score.rscc).c_str(), score_text(score.rsr).c_str());
     }
+    if (per_residue_)
+      out << "(calculated density counts the model's own place once more among its symmetry "
+             "mates)\n";
     out << "radius " << formatted("%.3f", radius_) << " A\n";
     out << "RSCC " << score_text(rscc) << "\nRSR " << score_text(rsr) << '\n';
   }
