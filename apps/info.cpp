@@ -2,7 +2,6 @@
 #include <algorithm>   // for minmax_element
 #include <array>       // for array
 #include <cmath>       // for sqrt
-#include <cstdio>      // for snprintf
 #include <filesystem>  // for exists
 #include <memory>      // for unique_ptr
 
@@ -33,15 +32,8 @@ void line(std::ostream& out, const std::string& label, const std::string& text) 
       << text << '\n';
 }
 
-template <class... Arguments>
-std::string formatted(const char* format, Arguments... arguments) {
-  std::array<char, 256> text{};
-  std::snprintf(text.data(), text.size(), format, arguments...);
-  return text.data();
-}
-
 std::string cell_text(float a, float b, float c, float alpha, float beta, float gamma) {
-  return formatted("%.3f %.3f %.3f A, %.2f %.2f %.2f degrees", a, b, c, alpha, beta, gamma);
+  return format_text("%.3f %.3f %.3f A, %.2f %.2f %.2f degrees", a, b, c, alpha, beta, gamma);
 }
 
 std::string group_text(unsigned int number) {
@@ -63,8 +55,8 @@ void describe_values(std::ostream& out, const VXBrioGrid& grid) {
   }
   const double n = static_cast<double>(size), mean = sum / n;
   line(out, "Values",
-       formatted("min %.5g, max %.5g, mean %.5g, rms deviation %.5g", *low, *high, mean,
-                 std::sqrt(std::max(0.0, squares / n - mean * mean))));
+       format_text("min %.5g, max %.5g, mean %.5g, rms deviation %.5g", *low, *high, mean,
+                   std::sqrt(std::max(0.0, squares / n - mean * mean))));
 }
 
 bool describe_grid(const std::string& path, const Console& console) {
@@ -73,12 +65,12 @@ bool describe_grid(const std::string& path, const Console& console) {
   std::ostream& out = console.out;
   line(out, "Format", VXGetGridFormatString(VXGetGridFileType(VXGetFileExtension(path.c_str()))));
   if (!grid.GetTitle().empty()) line(out, "Title", grid.GetTitle());
-  line(out, "Points", formatted("%u x %u x %u", grid.GetXDim(), grid.GetYDim(), grid.GetZDim()));
+  line(out, "Points", format_text("%u x %u x %u", grid.GetXDim(), grid.GetYDim(), grid.GetZDim()));
   line(out, "Spacing",
-       formatted("%.5f A%s", grid.GetSpacing(),
-                 grid.IsRegular() ? "" : " (the smallest of the three axes)"));
+       format_text("%.5f A%s", grid.GetSpacing(),
+                   grid.IsRegular() ? "" : " (the smallest of the three axes)"));
   line(out, "Centre",
-       formatted("%.4f %.4f %.4f A", grid.GetXMid(), grid.GetYMid(), grid.GetZMid()));
+       format_text("%.4f %.4f %.4f A", grid.GetXMid(), grid.GetYMid(), grid.GetZMid()));
   if (grid.HasSpaceGroup() || grid.GetReentrant() != 0) {
     std::array<float, 6> cell{};
     grid.GetUnitCell(cell[0], cell[1], cell[2], cell[3], cell[4], cell[5]);
@@ -86,16 +78,16 @@ bool describe_grid(const std::string& path, const Console& console) {
     std::array<unsigned int, 3> sampling{};
     grid.GetUnitSpacing(sampling[0], sampling[1], sampling[2]);
     line(out, "Sampling",
-         formatted("%u %u %u intervals along the cell edges", sampling[0], sampling[1],
-                   sampling[2]));
+         format_text("%u %u %u intervals along the cell edges", sampling[0], sampling[1],
+                     sampling[2]));
     line(out, "Space group", group_text(grid.GetSpaceGroup()));
   }
   describe_values(out, grid);
   if (grid.HasData("ARMS"))
     line(out, "File says",
-         formatted("min %.5f, max %.5f, mean %.5f, rms deviation %.5f", grid.GetFloatData("AMIN"),
-                   grid.GetFloatData("AMAX"), grid.GetFloatData("AMEAN"),
-                   grid.GetFloatData("ARMS")));
+         format_text("min %.5f, max %.5f, mean %.5f, rms deviation %.5f", grid.GetFloatData("AMIN"),
+                     grid.GetFloatData("AMAX"), grid.GetFloatData("AMEAN"),
+                     grid.GetFloatData("ARMS")));
   return true;
 }
 
@@ -122,7 +114,7 @@ bool describe_reflections(const std::string& path, const Console& console) {
   line(out, "Cell", cell_text(cell.a, cell.b, cell.c, cell.alpha, cell.beta, cell.gamma));
   line(out, "Space group", group_text(symmetry.GetNumber()));
   if (reflections.GetResolution() > 0)
-    line(out, "Resolution", formatted("%.2f A", reflections.GetResolution()));
+    line(out, "Resolution", format_text("%.2f A", reflections.GetResolution()));
   std::string columns;
   for (std::size_t i = 0; i < labels.size(); ++i)
     columns += (i == 0 ? "" : ", ") + labels[i] + " (" + types[i] + ")";
@@ -140,8 +132,8 @@ bool describe_model(const std::string& path, const Console& console) {
   line(out, "Residues", std::to_string(VXGetResiduesImpl(model).size()));
   std::array<float, 3> centre{}, extents{};
   VXGetCenterAndExtents(model, centre.data(), extents.data());
-  line(out, "Centre", formatted("%.3f %.3f %.3f A", centre[0], centre[1], centre[2]));
-  line(out, "Extents", formatted("%.3f %.3f %.3f A", extents[0], extents[1], extents[2]));
+  line(out, "Centre", format_text("%.3f %.3f %.3f A", centre[0], centre[1], centre[2]));
+  line(out, "Extents", format_text("%.3f %.3f %.3f A", extents[0], extents[1], extents[2]));
   std::array<float, 6> cell{};
   std::string group;
   unsigned int z = 0;
@@ -150,7 +142,8 @@ bool describe_model(const std::string& path, const Console& console) {
     line(out, "Space group", group.substr(0, group.find_last_not_of(' ') + 1));
   }
   double resolution = 0;
-  if (VXGetResolution(resolution, model)) line(out, "Resolution", formatted("%.2f A", resolution));
+  if (VXGetResolution(resolution, model))
+    line(out, "Resolution", format_text("%.2f A", resolution));
   return true;
 }
 

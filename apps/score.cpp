@@ -2,9 +2,7 @@
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 
-#include <array>     // for array
 #include <cmath>     // for isfinite
-#include <cstdio>    // for snprintf
 #include <optional>  // for optional
 
 #include <CLI/CLI.hpp>
@@ -38,31 +36,23 @@ std::optional<double> valid_score(double score) {
   return score;
 }
 
-template <class... Arguments>
-std::string formatted(const char* format, Arguments... arguments) {
-  std::array<char, 256> line{};
-  std::snprintf(line.data(), line.size(), format, arguments...);
-  return line.data();
-}
-
 std::string score_text(const std::optional<double>& score) {
-  return score ? formatted("%.3f", *score) : "-";
+  return score ? format_text("%.3f", *score) : "-";
 }
 
 /// Gives atoms without a B-factor or occupancy the usual ones: the density of an atom at B = 0 is
 /// infinitely sharp.
 void fill_in_scatter_defaults(VXMolBase& model, const Console& console) {
   constexpr double bfactor = 20.0, occupancy = 1.0;
-  constexpr unsigned int keep_bfactor = 4, keep_occupancy = 8;
   unsigned int changed = 0;
   for (const VXAtomBase* atom : model.GetAtoms()) {
     const VXResidue& residue = VXAtomGetResidue(atom);
     if (residue.GetBFactor() == 0.0f || residue.GetOccupancy() == 0.0f) ++changed;
   }
-  VXSetScatterDefaults(model, bfactor, occupancy, keep_bfactor | keep_occupancy);
+  VXSetScatterDefaults(model, bfactor, occupancy, scatter_keep_bfactor | scatter_keep_occupancy);
   if (changed != 0)
-    console.note(formatted("%u atoms had no B-factor or no occupancy; taken as %.0f and %.0f",
-                           changed, bfactor, occupancy));
+    console.note(format_text("%u atoms had no B-factor or no occupancy; taken as %.0f and %.0f",
+                             changed, bfactor, occupancy));
 }
 
 class ScoreCommand : public Command {
@@ -115,7 +105,7 @@ class ScoreCommand : public Command {
           "neither the model nor the map tells a resolution to take the radius from; give "
           "--radius");
     radius_ = VXGetEDSRadius(resolution);
-    console.note(formatted("radius %.3f A, from a resolution of %.2f A", radius_, resolution));
+    console.note(format_text("radius %.3f A, from a resolution of %.2f A", radius_, resolution));
     return true;
   }
 
@@ -146,14 +136,14 @@ class ScoreCommand : public Command {
     for (const ResidueScore& score : residues) {
       std::string number = std::to_string(score.residue.GetResidueNumber());
       if (score.residue.GetInsertCode() != ' ') number += score.residue.GetInsertCode();
-      out << formatted("%-5s  %6s  %-4s  %5zu  %6s  %6s\n", score.residue.GetChainID().c_str(),
-                       number.c_str(), score.residue.GetName().c_str(), score.atoms,
-                       score_text(score.rscc).c_str(), score_text(score.rsr).c_str());
+      out << format_text("%-5s  %6s  %-4s  %5zu  %6s  %6s\n", score.residue.GetChainID().c_str(),
+                         number.c_str(), score.residue.GetName().c_str(), score.atoms,
+                         score_text(score.rscc).c_str(), score_text(score.rsr).c_str());
     }
     if (per_residue_)
       out << "(calculated density counts the model's own place once more among its symmetry "
              "mates)\n";
-    out << "radius " << formatted("%.3f", radius_) << " A\n";
+    out << "radius " << format_text("%.3f", radius_) << " A\n";
     out << "RSCC " << score_text(rscc) << "\nRSR " << score_text(rsr) << '\n';
   }
 
