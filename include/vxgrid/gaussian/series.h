@@ -107,6 +107,51 @@ class VXGRID_API Gaussian {
   int vx_calculate_volume_no_hydrogens(const VXMol::VXMolBase& mol, float* volume);
   int vx_calculate_volume_base(const VXMol::VXMolBase& mol, float* volume, int no_hydrogens);
 
+  /// The multipoles of a molecule, as vx_CalcShapeMultipoles lays out its 14 floats, from the form
+  /// that `type` names: "atoms", "bonds" or "full", the overlap series. Any other text, and null,
+  /// names no form: the multipoles are then those of no terms, all 0. The plain name leaves
+  /// hydrogens out. Gives 1.
+  int vx_calculate_shape_multipoles(const VXMol::VXMolBase& mol, float* multipoles,
+                                    const char* type);
+  int vx_calculate_shape_multipoles_no_hydrogens(const VXMol::VXMolBase& mol, float* multipoles,
+                                                 const char* type);
+  int vx_calculate_shape_multipoles_with_hydrogens(const VXMol::VXMolBase& mol, float* multipoles,
+                                                   const char* type);
+  int vx_calculate_shape_multipoles_base(const VXMol::VXMolBase& mol, float* multipoles,
+                                         const char* type, int with_hydrogens);
+
+  /// The same with the centre and the axes of the frame, 3 and 9 floats. Gives 1, or 0 with nothing
+  /// done when either is null.
+  int vx_calculate_shape_multipoles_and_inertial_frame(const VXMol::VXMolBase& mol,
+                                                       float* multipoles, const char* type,
+                                                       float* centre, float* rotation);
+  int vx_calculate_shape_multipoles_and_inertial_frame_no_hydrogens(const VXMol::VXMolBase& mol,
+                                                                    float* multipoles,
+                                                                    const char* type, float* centre,
+                                                                    float* rotation);
+  int vx_calculate_shape_multipoles_and_inertial_frame_with_hydrogens(const VXMol::VXMolBase& mol,
+                                                                      float* multipoles,
+                                                                      const char* type,
+                                                                      float* centre,
+                                                                      float* rotation);
+  int vx_calculate_shape_multipoles_and_inertial_frame_base(const VXMol::VXMolBase& mol,
+                                                            float* multipoles, const char* type,
+                                                            float* centre, float* rotation,
+                                                            int with_hydrogens);
+
+  /// Turns a molecule about the origin by the rotation of its frame and then moves it by the centre
+  /// that it had: p' = rotation*p + centre. Its axes then lie along x, y and z; its centroid lies
+  /// at the origin only if it did before. Where no form is named, nothing moves. Gives 1.
+  int vx_transform_to_inertial_frame_using_shape_multipoles(VXMol::VXMolBase& mol,
+                                                            const char* type);
+  int vx_transform_to_inertial_frame_using_shape_multipoles_no_hydrogens(VXMol::VXMolBase& mol,
+                                                                         const char* type);
+  int vx_transform_to_inertial_frame_using_shape_multipoles_with_hydrogens(VXMol::VXMolBase& mol,
+                                                                           const char* type);
+  int vx_transform_to_inertial_frame_using_shape_multipoles_base(VXMol::VXMolBase& mol,
+                                                                 const char* type,
+                                                                 int with_hydrogens);
+
   /// Prints through vx_printf the sums of the `volume` fields of all forms: "atm vol = %f\n",
   /// "bond vol = %f\n", "full vol = %f, num= %d\n" without hydrogens and "full vol (h) = %f, num=
   /// %d\n" with them, where num is the count of terms. Gives 1.
@@ -171,6 +216,7 @@ class VXGRID_API Gaussian {
   int build_atomic(const VXMol::VXMolBase& mol, bool with_bonds, bool no_hydrogens, Gsphere** out,
                    int* count);
   int hand_out(Gsphere** out, int* count);
+  void build_named(const VXMol::VXMolBase& mol, const char* type, bool with_hydrogens);
   bool gather_atoms(const VXMol::VXMolBase& mol, bool no_hydrogens);
   std::size_t expand(float smallest, float largest);
   Gsphere atom_term(std::size_t i, float narrowest) const;
