@@ -16,15 +16,15 @@ struct IndexBox {
   std::array<int, 3> last{};
 };
 
-/// Calls visit(element) for every point of the box that lies strictly inside a sphere, z outermost.
-/// Centre and radius count in spacings from the first lattice point, and the box has to lie within
-/// the lattice.
+/// Calls visit(element, squared distance) for every point of the box that lies strictly inside a
+/// sphere, z outermost. Centre, radius and distance count in spacings, the centre from the first
+/// lattice point, and the box has to lie within the lattice.
 ///
 /// The squared distance is carried along by its differences, (i+1-c)^2 = (i-c)^2 + 1 - 2(c-i), in
 /// single precision: additions only, whose rounding is part of what comes out.
 template <class Visit>
-void walk_ball(const RecordLattice& lattice, const std::array<float, 3>& centre, float radius,
-               const IndexBox& box, Visit visit) {
+void walk_ball_distances(const RecordLattice& lattice, const std::array<float, 3>& centre,
+                         float radius, const IndexBox& box, Visit visit) {
   const float limit = radius * radius;
   const float dx = centre[0] - static_cast<float>(box.first[0]);
   const float dy = centre[1] - static_cast<float>(box.first[1]);
@@ -39,10 +39,18 @@ void walk_ball(const RecordLattice& lattice, const std::array<float, 3>& centre,
       float d2 = row_d2;
       float x_step = 1.0f - 2.0f * dx;
       for (int x = box.first[0]; x <= box.last[0]; ++x, d2 += x_step, x_step += 2.0f) {
-        if (d2 < limit) visit(row + static_cast<std::size_t>(x));
+        if (d2 < limit) visit(row + static_cast<std::size_t>(x), d2);
       }
     }
   }
+}
+
+/// The same for visit(element).
+template <class Visit>
+void walk_ball(const RecordLattice& lattice, const std::array<float, 3>& centre, float radius,
+               const IndexBox& box, Visit visit) {
+  walk_ball_distances(lattice, centre, radius, box,
+                      [&](std::size_t element, float) { visit(element); });
 }
 
 }  // namespace VXCore::detail
