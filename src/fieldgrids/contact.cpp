@@ -126,15 +126,10 @@ float value_within(const RecordLattice& lattice, const float* values,
                             lattice.row_stride(), lattice.plane_stride(), t[0], t[1], t[2]);
 }
 
-// Both molecules as densities, the target's on the lattice of the result.
+// Both molecules as densities, the target's on the lattice of the result and on top of its values.
 bool contact_of_densities(VXScalarGrid& grid, const VXMolBase& a, const VXMolBase& b,
                           bool suppress_hydrogens, float spacing) {
-  VXBrioGrid target;
-  if (grid.GetSize() >= 2) {
-    target.SetSpacing(grid.GetSpacing());
-    target.SetMid(grid.GetXMid(), grid.GetYMid(), grid.GetZMid());
-    target.SetDim(grid.GetXDim(), grid.GetYDim(), grid.GetZDim());
-  }
+  VXBrioGrid target(grid);
   VXBrioGrid probe;
   if (!VXMakeMolecularGaussianGrid(target, with_bondi_radii(a, suppress_hydrogens), spacing) ||
       !VXMakeMolecularGaussianGrid(probe, with_bondi_radii(b, suppress_hydrogens), spacing)) {
@@ -152,8 +147,11 @@ bool contact_of_densities(VXScalarGrid& grid, const VXMolBase& a, const VXMolBas
     const double g = value_within(lattice, probe.GetValues(), point);
     values[i] = t + g == 0.0 ? 0.0f : static_cast<float>(contact_value(t, g));
   }
-  grid = target.GetFloats()[0];
-  return true;
+  // Geometry and values alone, so that what else the grid carries stays.
+  grid.SetSpacing(target.GetSpacing());
+  grid.SetMid(target.GetXMid(), target.GetYMid(), target.GetZMid());
+  grid.SetDim(target.GetXDim(), target.GetYDim(), target.GetZDim());
+  return grid.SetValues(values, target.GetSize());
 }
 
 }  // namespace

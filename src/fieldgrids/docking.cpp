@@ -8,7 +8,7 @@
 #include <cstddef>    // for size_t
 #include <cstdint>    // for int64_t
 #include <limits>     // for numeric_limits
-#include <optional>   // for optional
+#include <span>       // for span
 
 #include "gridmath/dimensions.h"
 #include "vxgrid/gaussian/gauss_grid.h"
@@ -171,11 +171,14 @@ int vx_make_docking_grid(GridStruct* grid, PdbStruct* atoms, int count, float* p
   const std::int64_t points = std::int64_t{sized.xdim} * sized.ydim * sized.zdim;
   if (planes < 1 || planes > std::numeric_limits<int>::max() / points) return 0;
 
-  std::vector<std::optional<PlaneTerms>> terms(static_cast<std::size_t>(probes));
-  for (std::size_t p = 0; p < terms.size(); ++p) {
-    if (!(probe_radii[p] > 0.0f)) continue;
-    terms[p].emplace(receptor, prefactor, probe_radii[p], flag != 0);
-    if (!terms[p]->is_finite()) return 0;
+  // Made twice for each probe, here to be looked at and below to be used, rather than kept for all.
+  const auto terms_of = [&](float probe_radius) {
+    return PlaneTerms(receptor, prefactor, probe_radius, flag != 0);
+  };
+  const std::span<const float> radii(probe_radii, static_cast<std::size_t>(probes));
+  if (!std::ranges::all_of(
+          radii, [&](float radius) { return !(radius > 0.0f) || terms_of(radius).is_finite(); })) {
+    return 0;
   }
   const int values = static_cast<int>(planes * points);
   if (!vx_allocate_grid_struct(sized, false, true, values)) return 0;
@@ -184,11 +187,12 @@ int vx_make_docking_grid(GridStruct* grid, PdbStruct* atoms, int count, float* p
   *grid = sized;
 
   GridStruct plane = *grid;
-  for (std::optional<PlaneTerms>& term : terms) {
-    if (term) {
-      vi_gauss_grid_tegs(count, receptor.coords.data(), term->widths.data(), term->heights.data(),
+  for (const float radius : radii) {
+    if (radius > 0.0f) {
+      PlaneTerms terms = terms_of(radius);
+      vi_gauss_grid_tegs(count, receptor.coords.data(), terms.widths.data(), terms.heights.data(),
                          cutoff, GaussGridType::RadialGaussiansWithOffset, &plane,
-                         term->widths.data(), term->offsets.data());
+                         terms.widths.data(), terms.offsets.data());
     }
     plane.floats += points;
   }

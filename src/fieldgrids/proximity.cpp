@@ -63,7 +63,6 @@ int fill_runs(const SphereList& spheres, std::size_t count, GridStruct& grid,
               std::vector<int>& list, IsOpen is_open) {
   const RecordLattice lattice(grid);
   int* const integers = grid.integers;
-  list.clear();
   for (std::size_t i = 0; i < count; ++i) {
     detail::visit_sphere(lattice, spheres[i], [&](std::size_t point) {
       if (is_open(point)) ++integers[point];

@@ -11,6 +11,7 @@ namespace VXCore::detail {
 namespace {
 
 constexpr std::size_t block_size = 128;
+constexpr float most_spacings = 2147483648.0f;
 
 // Where the points of a block lie: the element of the low corner of the cell, or of the nearest
 // point, and the fractions within the cell.
@@ -80,6 +81,9 @@ PointSampler::PointSampler(const RecordLattice& lattice, const float* values, Sa
                         [least](int dim) { return dim >= least; });
   for (std::size_t axis = 0; axis < 3; ++axis) {
     const float e = (lattice.upper[axis] - lattice.lower[axis]) / lattice.spacing;
+    // No position between the ends then counts more spacings than an int takes; a lattice whose
+    // ends are not numbers, or infinitely far away, is none.
+    usable_ = usable_ && e < most_spacings;
     low_[axis] = lattice.lower[axis];
     high_[axis] = lattice.upper[axis] - 0.5f * (e - std::trunc(e));
     if (order == SamplingOrder::quadratic) {

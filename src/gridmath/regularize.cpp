@@ -3,7 +3,7 @@
 
 #include <algorithm>  // for copy_n, min, min_element, minmax_element
 #include <array>      // for array
-#include <cmath>      // for fabs, floor, fmod, isfinite
+#include <cmath>      // for fabs, fmod, isfinite
 #include <cstddef>    // for size_t
 #include <cstdint>    // for int64_t
 #include <limits>     // for numeric_limits
@@ -175,7 +175,8 @@ struct PeriodicAxis {
       index += intervals;
     }
     if (index < 0 || index >= intervals) {
-      f -= period * std::floor(f / period);
+      f = std::fmod(f, period);
+      if (f < 0.0f) f += period;
       index = std::min(static_cast<int>(f), intervals - 1);
       t = f - static_cast<float>(index);
     }

@@ -267,12 +267,19 @@ TEST(Contact, of_two_densities_each_is_made_on_its_own_lattice) {
   // What lies beyond a reach of 0.001 is missing.
   EXPECT_GT(expect_values(grid, expected, none, 2.5e-3), 1000);
 
-  // A grid with points keeps them, and what it held plays no part.
+  // A grid with points keeps them, and the target comes on top of what it held.
   VXScalarGrid given(5, 4, 3, 1, 0.25f, 0, 0.5f, "kept");
-  std::fill_n(given.GetValues(), given.GetSize(), 9.0f);
+  std::fill_n(given.GetValues(), given.GetSize(), 0.25f);
+  given.SetType(Ux);
   EXPECT_TRUE(VXMakeContactGrid(given, a, b, false, 0.5f, 0));
   EXPECT_EQ(given.GetSize(), 60u);
-  EXPECT_EQ(expect_values(given, expected, none, 2.5e-3), 60);
+  EXPECT_EQ(given.GetTitle(), "kept");
+  EXPECT_EQ(given.GetType(), Ux);
+  const auto on_top = [&](const Point& p) {
+    return contact(0.25 + density(1.7, distance(p, {0, 0, 0})),
+                   density(1.52, distance(p, {2, 0.5f, -1})));
+  };
+  EXPECT_EQ(expect_values(given, on_top, none, 2.5e-3), 60);
 }
 
 TEST(Contact, what_makes_no_grid_gives_false_and_leaves_the_grid) {

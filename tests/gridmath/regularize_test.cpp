@@ -221,6 +221,19 @@ TEST(Regularize, wrapping_continues_a_crystal_periodically) {
   EXPECT_TRUE(VXGridHasNonZeroValue(coarse));
   for (const float value : values_of(coarse))
     EXPECT_LE(std::abs(value), 3.01f);
+  // So do steps of so many cells that single precision cannot count them.
+  VXBrioGrid even;
+  even.SetSpacing(1.0f);
+  even.SetDim(8, 4, 4);
+  std::fill_n(even.GetValues(), even.GetSize(), 2.0f);
+  for (const float step : {59714968.0f, 127205920.0f, 968426432.0f}) {
+    VXBrioGrid far;
+    far.SetSpacing(step);
+    far.SetDim(41, 1, 1);
+    far.SetMid(20.0f * step, 0, 0);
+    EXPECT_EQ(vx_regularize_grid_reenterent(even, far), 1);
+    EXPECT_EQ(values_of(far), std::vector<float>(far.GetSize(), 2.0f)) << step;
+  }
 }
 
 TEST(Regularize, a_target_without_size_is_laid_over_the_corners_of_the_source) {

@@ -177,7 +177,8 @@ TEST(Sampling, upper_side_is_lowered_by_half_the_fraction_of_the_extent) {
 TEST(Sampling, records_without_an_inside_write_nothing) {
   float point[3] = {0, 0, 0};
   float out = untouched;
-  for (const float h : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()}) {
+  for (const float h : {0.0f, -1.0f, 3e38f, std::numeric_limits<float>::infinity(),
+                        std::numeric_limits<float>::quiet_NaN()}) {
     TestRecord record({4, 4, 4}, {0, 0, 0}, h);
     for (const int mode : {2, 3, 7})
       vi_map_to_atoms_from_grid(point, 1, &out, record.grid, mode);

@@ -124,10 +124,11 @@ VXGRID_API bool VXMakeContactGrid(VXScalarGrid& grid, const VXMol::VXMolBase& mo
 /// The contacts of molecule `a`, the target, with molecule `b`.
 ///
 /// With `mode` 0 both densities are those of vx_make_molecular_gaussian_grid, for copies with
-/// Bondi radii and, where asked for, without hydrogens: that of `a` on the points of `grid` (sized
-/// around `a` at `spacing` when it has fewer than two, otherwise its geometry stays and its values
-/// go), that of `b` on a grid of its own, interpolated between its points, and 0 beyond them and in
-/// the last plane of each axis. False, with the grid as it was, when either has no atoms or makes
+/// Bondi radii and, where asked for, without hydrogens. That of `a` is made on the points of
+/// `grid`, or, when it has fewer than two, around `a` at `spacing`, and is added to the values that
+/// it holds: hand in an empty grid, or one of zeros. That of `b` is made on a grid of its own and
+/// interpolated between its points; it is 0 beyond them and in the last plane of each axis. Type,
+/// title and tags of `grid` stay. False, with the grid as it was, when either has no atoms or makes
 /// no grid.
 ///
 /// With any other mode, VXContactGridImpl over the box of the atom centres of `a`, half an Angstrom

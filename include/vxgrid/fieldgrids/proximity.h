@@ -35,8 +35,8 @@ namespace VXCore {
 ///
 /// The integer buffer is a fresh malloc block, an earlier one is freed; `floats` is left alone,
 /// whatever its size. Gives 1, also with zero spacing, which prints "Cant have a grid of zero
-/// spacing!\n" and leaves all as it was. Gives 0 with an empty list and a grid of zeros when no
-/// sphere covers a point, or when the runs are too long for positions of an int. Gives 0 and
+/// spacing!\n" and leaves all as it was. Gives 0 with a grid of zeros, and the list as it was, when
+/// no sphere covers a point, or when the runs are too long for positions of an int. Gives 0 and
 /// leaves all as it was for an unknown kind, no items, a negative spacing, and a box whose grid has
 /// more than 2^31 - 1 points or finds no memory. The first argument is not used.
 VXGRID_API int vx_make_proximity_grid(int unused, void* items, float* radii, int count, float probe,
