@@ -62,12 +62,17 @@
 #include "vxgrid/gridmath/regularize.h"
 #include "vxgrid/gridmath/sampling.h"
 #include "vxgrid/gridmath/sizing.h"
+#include "vxgrid/reflection/cif.h"
+#include "vxgrid/reflection/formats.h"
 #include "vxgrid/reflection/map_making.h"
 #include "vxgrid/reflection/map_types.h"
 #include "vxgrid/reflection/mtz.h"
 #include "vxgrid/reflection/mtz_file.h"
+#include "vxgrid/reflection/phs.h"
 #include "vxgrid/reflection/reflection.h"
 #include "vxgrid/reflection/reflection_impl.h"
+#include "vxgrid/reflection/vxx.h"
+#include "vxgrid/reflection/xplor.h"
 #include "vxgrid/toolkit/names.h"
 
 #endif

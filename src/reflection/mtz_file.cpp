@@ -15,6 +15,7 @@
 #include <string_view>  // for string_view
 #include <vector>       // for vector
 
+#include "reflection/field_scanner.h"
 #include "reflection/mtz_records.h"
 #include "toolkit/host/bounded_read.h"
 #include "vxgrid/reflection/reflection.h"
@@ -22,8 +23,8 @@
 namespace VXCore {
 namespace {
 
+using detail::FieldScanner;
 using detail::mtz_record_size;
-using detail::MtzRecordScanner;
 using detail::MtzStart;
 namespace columns = VXMTZColumnIndex;
 
@@ -73,7 +74,7 @@ MtzHeader read_header(vxistream& is, VXReflection& refl, const VXMTZColumnNames&
   while (const auto record = detail::read_mtz_record(is, buffer)) {
     const auto scanner_behind = [&record](std::string_view prefix) {
       return record->substr(0, prefix.size()) == prefix
-                 ? std::optional(MtzRecordScanner(record->substr(prefix.size())))
+                 ? std::optional(FieldScanner(record->substr(prefix.size())))
                  : std::nullopt;
     };
     if (auto scanner = scanner_behind("NCOL")) {
@@ -344,7 +345,7 @@ bool VXGetMTZFileColumnNamesAndTypes(vxistream& is, std::vector<std::string>& na
   while (const auto record = detail::read_mtz_record(is, buffer)) {
     const std::size_t found = record->find(keyword);
     if (found == std::string_view::npos) continue;
-    MtzRecordScanner scanner(record->substr(found + keyword.size()));
+    FieldScanner scanner(record->substr(found + keyword.size()));
     std::string_view label;
     if (!scanner.word(label)) continue;
     char type = ' ';

@@ -1,17 +1,10 @@
 // The first block and the text records of an MTZ file.
 #include "reflection/mtz_records.h"
 
-#include <bit>           // for bit_cast, endian
-#include <charconv>      // for from_chars
-#include <cstring>       // for memcpy
-#include <system_error>  // for errc
+#include <bit>      // for bit_cast, endian
+#include <cstring>  // for memcpy
 
 namespace VXCore::detail {
-namespace {
-
-constexpr std::string_view blanks = " \t\n\v\f\r";
-
-}  // namespace
 
 std::optional<MtzStart> parse_mtz_start(const std::array<char, mtz_record_size>& block) {
   if (std::string_view(block.data(), 4) != "MTZ ") return std::nullopt;
@@ -35,50 +28,6 @@ std::optional<std::string_view> read_mtz_record(vxistream& is,
   if (size == 0) return std::nullopt;
   const std::string_view record(buffer.data(), size);
   return record.substr(0, record.find('\0'));
-}
-
-void MtzRecordScanner::skip_blanks() {
-  const std::size_t start = rest_.find_first_not_of(blanks);
-  rest_.remove_prefix(start == std::string_view::npos ? rest_.size() : start);
-}
-
-template <class T>
-bool MtzRecordScanner::scan_number(T& value) {
-  skip_blanks();
-  std::string_view text = rest_;
-  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
-  T number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc()) return false;
-  value = number;
-  rest_ = text.substr(static_cast<std::size_t>(end - text.data()));
-  return true;
-}
-
-bool MtzRecordScanner::number(unsigned int& value) {
-  return scan_number(value);
-}
-bool MtzRecordScanner::number(int& value) {
-  return scan_number(value);
-}
-bool MtzRecordScanner::number(float& value) {
-  return scan_number(value);
-}
-
-bool MtzRecordScanner::word(std::string_view& value) {
-  skip_blanks();
-  if (rest_.empty()) return false;
-  value = rest_.substr(0, rest_.find_first_of(blanks));
-  rest_.remove_prefix(value.size());
-  return true;
-}
-
-bool MtzRecordScanner::character(char& value) {
-  skip_blanks();
-  if (rest_.empty()) return false;
-  value = rest_.front();
-  rest_.remove_prefix(1);
-  return true;
 }
 
 }  // namespace VXCore::detail

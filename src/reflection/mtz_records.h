@@ -35,26 +35,6 @@ std::optional<MtzStart> parse_mtz_start(const std::array<char, mtz_record_size>&
 std::optional<std::string_view> read_mtz_record(vxistream& is,
                                                 std::array<char, mtz_record_size>& buffer);
 
-/// Takes words and numbers off a record as scanf does: white space goes before each, and a number
-/// ends where it cannot go on.
-class MtzRecordScanner {
- public:
-  explicit MtzRecordScanner(std::string_view text) : rest_(text) {}
-
-  bool number(unsigned int& value);
-  bool number(int& value);
-  bool number(float& value);
-  bool word(std::string_view& value);
-  bool character(char& value);
-
- private:
-  template <class T>
-  bool scan_number(T& value);
-  void skip_blanks();
-
-  std::string_view rest_;
-};
-
 }  // namespace VXCore::detail
 
 #endif
