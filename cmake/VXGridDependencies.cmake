@@ -23,11 +23,18 @@ target_link_libraries(vxgrid_gemmi INTERFACE ZLIB::ZLIB)
 # Debian's gemmi greets its use of Debian's stb_sprintf.h with a #warning.
 target_compile_options(vxgrid_gemmi INTERFACE -Wno-cpp)
 
+# RapidJSON is all headers, and part of the public ones: callers need its folder as well.
+find_path(VXGRID_RAPIDJSON_INCLUDE_DIR rapidjson/document.h)
+if(NOT VXGRID_RAPIDJSON_INCLUDE_DIR)
+  message(FATAL_ERROR "RapidJSON headers not found; on Debian: apt-get install rapidjson-dev")
+endif()
+
 # The CIF headers of gemmi 0.5 hold vectors of a class before it is complete, which is beyond what
 # C++20 allows and clang says so. There the sources that include them are C++17; by -Xclang, since
 # the target's own standard stands last on the command line.
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-  set_source_files_properties("${PROJECT_SOURCE_DIR}/src/toolkit/mol/mmcif_reader.cpp"
+  set_source_files_properties("${PROJECT_SOURCE_DIR}/src/reflection/mmcif_map.cpp"
+                              "${PROJECT_SOURCE_DIR}/src/toolkit/mol/mmcif_reader.cpp"
                               "${PROJECT_SOURCE_DIR}/src/toolkit/mol/molecule_writer.cpp"
                               PROPERTIES COMPILE_OPTIONS "-Xclang;-std=c++17")
 endif()

@@ -66,6 +66,7 @@
 #include "vxgrid/reflection/formats.h"
 #include "vxgrid/reflection/map_making.h"
 #include "vxgrid/reflection/map_types.h"
+#include "vxgrid/reflection/mmcif_map.h"
 #include "vxgrid/reflection/mtz.h"
 #include "vxgrid/reflection/mtz_file.h"
 #include "vxgrid/reflection/phs.h"

@@ -167,6 +167,7 @@ class VXGRID_API VXReflection : public VXBase {
   /// VXReflectionImpl::MakeMap, and on success GetResolution() as the double tag "resolution" on
   /// the grid.
   bool MakeMap(VXSkewGrid& grid, unsigned int maptype) const;
+  bool SFCalc(const VXMolBase& mol) { return impl_->SFCalc(mol); }
 
  private:
   std::unique_ptr<VXReflectionImpl> impl_;

@@ -10,6 +10,7 @@
 
 #include "vxgrid/crystal/symmetry.h"
 #include "vxgrid/toolkit/core/export.h"
+#include "vxgrid/toolkit/names.h"
 
 namespace VXCore {
 
@@ -285,6 +286,26 @@ class VXGRID_API VXReflectionImpl {
   /// false by ValidateMaptype for columns that are missing.
   bool MakeMap(VXSkewGrid& grid, unsigned int maptype) const;
 
+  /// Fills the columns Fcalc and PhaseCalc, and Phase with the same phases, with the structure
+  /// factors of a model: by direct summation over its atoms and all operators of the space group,
+  /// on the absolute scale (electrons per cell), phases in degrees from 0 to 360.
+  ///
+  /// The model is in vacuum: form factors of scatter_data, one B-factor and one occupancy for each
+  /// atom, from its residue data; atoms without residue data do not take part. Form factors are
+  /// tabulated to s^2 = 1 in steps of 0.005, exponentials in steps of 1/2000 and angles in whole
+  /// degrees, so that amplitudes differ from exact sums by about a percent of their mean. A
+  /// B-factor that is negative or not finite counts as 0. A neutral hydrogen, like an element that
+  /// scatter_data does not have, scatters as carbon.
+  ///
+  /// The column Stolsq is filled first when it is missing. A set that is marked as expanded goes
+  /// back to its unique reflections and loses the permutation of Sort().
+  ///
+  /// False, with the columns as they were, for a model without residue data, without indices, a
+  /// space group, a valid cell or a resolution, for angles beyond 32-bit integers (positions that
+  /// are not finite among them), and when memory does not suffice; for that of the form factors
+  /// the Error "sfinit: internal - could not allocate enough memory for reflection" goes out, once.
+  bool SFCalc(const VXMolBase& mol);
+
  protected:
   /// Copies element `src` to element `dst` in every column that is there, both being at most
   /// GetCount().
@@ -304,6 +325,7 @@ class VXGRID_API VXReflectionImpl {
   MapColumns find_map_columns(int maptype) const;
   void place_coefficients(FFTMap& map, int maptype, double real_factor,
                           double imaginary_factor) const;
+  bool sum_structure_factors(const VXMolBase& mol);
   static FloatColumn VXReflectionImpl::*find_float_column(unsigned int column);
   static IntColumn VXReflectionImpl::*find_int_column(unsigned int column);
   bool find_element(unsigned int i, unsigned int& element) const;
