@@ -69,7 +69,7 @@ float excess_along(const RecordLattice& lattice, std::size_t axis, const Sphere&
 void mark_spheres(const SphereList& spheres, int count, const GridStruct& g, int mark,
                   float value) {
   const RecordLattice lattice(g);
-  if (!(lattice.spacing > 0.0f) || lattice.size() == 0) return;
+  if ((!g.integers && !g.floats) || !(lattice.spacing > 0.0f) || lattice.size() == 0) return;
   for (int i = 0; i < count; ++i) {
     detail::visit_sphere(lattice, spheres[static_cast<std::size_t>(i)], [&](std::size_t point) {
       if (g.integers) g.integers[point] = mark;

@@ -3,9 +3,10 @@
 #ifndef VXGRID_SRC_FIELDGRIDS_LATTICE_EDGE_H
 #define VXGRID_SRC_FIELDGRIDS_LATTICE_EDGE_H
 
-#include <array>     // for array
-#include <cstddef>   // for size_t
-#include <optional>  // for optional
+#include <algorithm>  // for min
+#include <array>      // for array
+#include <cstddef>    // for size_t
+#include <optional>   // for optional
 
 #include "gridmath/record_lattice.h"
 
@@ -24,14 +25,15 @@ struct LatticeEdge {
 /// and at its upper end of that axis. `inverse_spacing` is 1/spacing as the record has it.
 inline std::optional<LatticeEdge> edge_at(const RecordLattice& lattice, float inverse_spacing,
                                           const std::array<float, 3>& point) {
-  constexpr float slack = 0.0001f;  // of a cell, below a lattice point
+  constexpr float slack = 0.0001f;  // of a cell, by which a place may miss a lattice point
   LatticeEdge edge;
   for (std::size_t axis = 0; axis < 3; ++axis) {
     const auto intervals = static_cast<float>(lattice.dim[axis] - 1);
     const float f =
         (point[axis] + intervals * lattice.spacing / 2.0f - lattice.mid[axis]) * inverse_spacing;
-    if (!(f + slack >= 0.0f && f + slack < intervals + 1.0f)) return std::nullopt;
-    edge.base[axis] = static_cast<int>(f + slack);
+    if (!(f + slack >= 0.0f && f - slack <= intervals)) return std::nullopt;
+    const double last = lattice.dim[axis] - 1;
+    edge.base[axis] = static_cast<int>(std::min<double>(f + slack, last));
     const float fraction = f - static_cast<float>(edge.base[axis]);
     if (axis == 0 || fraction > edge.fraction) {
       edge.axis = axis;

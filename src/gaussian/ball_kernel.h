@@ -261,6 +261,15 @@ VXGRID_ROW inline float row_factor(float v, const AxisViews& t, const BallRow& r
   return v * t[2][row.c] * t[1][row.b];
 }
 
+/// Calls visit(k, value) for the points of a row in turn.
+template <class Visit>
+VXGRID_ROW inline void visit_row(float v, const AxisViews& t, const BallRow& row, Visit visit) {
+  const float factor = row_factor(v, t, row);
+  const float* const tx = t[0].from(row.first);
+  for (std::size_t k = 0; k < row.count; ++k)
+    visit(k, factor * tx[k]);
+}
+
 /// Asks for the memory of the row two planes ahead of this one. Rows are too short and too far
 /// apart for the machine to see them coming; behind the end of the buffer the request is void.
 VXGRID_ROW inline void fetch_ahead(const float* row, std::size_t count, std::size_t plane_stride) {

@@ -59,7 +59,7 @@ void vx_make_gaussian_grid_explicit(const float* coords, const float* sizes,
   if (!values || !detail::is_usable(lattice)) return;
 
   BallScheme scheme(lattice, reach, detail::runtime_exponential);
-  detail::SumKernel kernel(scheme, values);
+  detail::ValueKernel<detail::SumRule> kernel(scheme, values);
   float prefactor = default_prefactor;
   for (std::size_t i = 0; i < n; ++i) {
     const float size = sizes[i];

@@ -47,17 +47,15 @@ class WeightedGradientKernel : public KernelDefaults {
     double* const out = gradient_ + 3 * i;
     double sum[3] = {out[0], out[1], out[2]};
     scheme_.walk(ball, [v = ball.value, t, d, weights, &sum](const BallRow& row) VXGRID_ROW {
-      const float common = detail::row_factor(v, t, row);
-      const float* const tx = t[0].from(row.first);
       const float* const dx = d[0].from(row.first);
       const double dy = d[1][row.b];
       const double dz = d[2][row.c];
-      for (std::size_t k = 0; k < row.count; ++k) {
-        const double s = common * tx[k] * weights[row.element + k] * 0.5f;
+      detail::visit_row(v, t, row, [&](std::size_t k, float value) VXGRID_ROW {
+        const double s = value * weights[row.element + k] * 0.5f;
         sum[0] += s * double{dx[k]};
         sum[1] += s * dy;
         sum[2] += s * dz;
-      }
+      });
     });
     std::copy_n(sum, 3, out);
   }
@@ -104,21 +102,18 @@ class SmearKernel : public KernelDefaults {
 
     double total = 0.0;
     scheme_.walk(ball, [v = ball.value, t, &total](const BallRow& row) VXGRID_ROW {
-      const float common = detail::row_factor(v, t, row);
-      const float* const tx = t[0].from(row.first);
-      for (std::size_t k = 0; k < row.count; ++k)
-        total += double{common * tx[k]};
+      detail::visit_row(v, t, row,
+                        [&](std::size_t, float value) VXGRID_ROW { total += double{value}; });
     });
     if (total == 0.0) return;
 
-    const auto share = static_cast<float>(double{amounts_[i]} / total);
+    const double share = double{amounts_[i]} / total;
     scheme_.walk(ball, [this, &ball, t, share](const BallRow& row) VXGRID_ROW {
-      const float common = detail::row_factor(ball.value, t, row);
-      const float* const tx = t[0].from(row.first);
-      for (std::size_t k = 0; k < row.count; ++k) {
+      detail::visit_row(ball.value, t, row, [&](std::size_t k, float value) VXGRID_ROW {
         const std::ptrdiff_t x = ball.node[0] + row.first + static_cast<std::ptrdiff_t>(k);
-        add_to_cell(x, ball.node[1] + row.b, ball.node[2] + row.c, share * (common * tx[k]));
-      }
+        add_to_cell(x, ball.node[1] + row.b, ball.node[2] + row.c,
+                    static_cast<float>(share * double{value}));
+      });
     });
   }
 
@@ -168,19 +163,17 @@ class GatherGradientKernel : public KernelDefaults {
     const float* const grid = grid_;
     float sum[3] = {0.0f, 0.0f, 0.0f};
     scheme_.walk(ball, [v = ball.value, t, d, grid, &sum](const BallRow& row) VXGRID_ROW {
-      const float common = detail::row_factor(v, t, row);
-      const float* const tx = t[0].from(row.first);
       const float* const dx = d[0].from(row.first);
       const float dy = d[1][row.b];
       const float dz = d[2][row.c];
-      for (std::size_t k = 0; k < row.count; ++k) {
+      detail::visit_row(v, t, row, [&](std::size_t k, float value) VXGRID_ROW {
         const float g = grid[row.element + k];
-        if (g == 0.0f) continue;
-        const float p = g * (common * tx[k]);
+        if (g == 0.0f) return;
+        const float p = g * value;
         sum[0] += p * dx[k];
         sum[1] += p * dy;
         sum[2] += p * dz;
-      }
+      });
     });
     for (std::size_t axis = 0; axis < 3; ++axis)
       out_[3 * i + axis] += sum[axis];
@@ -208,16 +201,13 @@ class GatherRadialKernel : public KernelDefaults {
     const float* const grid = grid_;
     float sum = 0.0f;
     scheme_.walk(ball, [v = ball.value, t, e, grid, &sum](const BallRow& row) VXGRID_ROW {
-      const float common = detail::row_factor(v, t, row);
-      const float* const tx = t[0].from(row.first);
       const float* const ex = e[0].from(row.first);
       const float ey = e[1][row.b];
       const float ez = e[2][row.c];
-      for (std::size_t k = 0; k < row.count; ++k) {
+      detail::visit_row(v, t, row, [&](std::size_t k, float value) VXGRID_ROW {
         const float g = grid[row.element + k];
-        if (g == 0.0f) continue;
-        sum += (ex[k] + ey + ez) * g * (common * tx[k]);
-      }
+        if (g != 0.0f) sum += (ex[k] + ey + ez) * g * value;
+      });
     });
     out_[i] = sum;
   }

@@ -256,8 +256,8 @@ class GridFit {
     return true;
   }
 
-  // The candidate with the largest response by magnitude. A level that has none left above the
-  // threshold is passed over from then on.
+  // The candidate with the largest response by magnitude, of those above the threshold. A level
+  // that has none has no candidates until the threshold drops.
   Pick select() {
     Pick best;
     for (std::size_t l = 0; l < levels_.size(); ++l) {
@@ -267,20 +267,23 @@ class GridFit {
         if (std::fabs(level.responses[i]) > std::fabs(of_level.value))
           of_level = {level.responses[i], l, i};
       }
-      if (!(std::fabs(of_level.value) > drop * threshold_)) level.candidates.clear();
-      if (std::fabs(of_level.value) > std::fabs(best.value)) best = of_level;
+      if (!(std::fabs(of_level.value) > drop * threshold_))
+        level.candidates.clear();
+      else if (std::fabs(of_level.value) > std::fabs(best.value))
+        best = of_level;
     }
     return best;
   }
 
-  // What the fit takes next; nothing when the largest response by magnitude is negative. One that
-  // is below the threshold says nothing yet: there may be larger ones beside the candidates.
+  // What the fit takes next. That no candidate is above the threshold does not end the fit, however
+  // far below the next response lies: the threshold drops until there is one. What ends it is a
+  // largest candidate by magnitude that is negative, where a Gaussian would have to be negative
+  // too.
   std::optional<Pick> next() {
     for (;;) {
       const Pick pick = select();
-      if (std::fabs(pick.value) > drop * threshold_)
-        return pick.value > 0.0f ? std::optional(pick) : std::nullopt;
-      if (!lower_threshold()) return std::nullopt;
+      if (pick.value > 0.0f) return pick;
+      if (pick.value < 0.0f || !lower_threshold()) return std::nullopt;
     }
   }
 

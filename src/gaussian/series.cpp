@@ -7,7 +7,7 @@
 #include <limits>     // for numeric_limits
 #include <memory>     // for make_unique
 
-#include "gaussian/neighbour_cells.h"
+#include "gaussian/neighbour_tree.h"
 #include "vxgrid/toolkit/names.h"
 
 namespace VXCore {
@@ -40,6 +40,7 @@ Gaussian::Gaussian(const Gaussian& other)
       log_cutoff(other.log_cutoff),
       volume_scale(other.volume_scale),
       capacity(other.capacity),
+      scratch(other.scratch),
       coords(other.coords),
       widths(other.widths),
       prefactors(other.prefactors),
@@ -62,12 +63,12 @@ int Gaussian::vi_init_gauss_rep(int atoms) {
   constexpr auto per_atom = static_cast<int>(MaxG);
   vi_init_gs(std::min(atoms, std::numeric_limits<int>::max() / per_atom) * per_atom);
   log_cutoff = std::log(cutoff);
-  if (capacity > TreeThresh && !neighbours) neighbours = std::make_unique<detail::NeighbourCells>();
+  if (capacity > TreeThresh && !tree) tree = std::make_unique<detail::NeighbourTree>();
   return 1;
 }
 
 int Gaussian::vi_delete_gauss_rep() {
-  neighbours.reset();
+  tree.reset();
   capacity = 0;
   return 1;
 }

@@ -4,13 +4,16 @@
 // `radius` the squared distance beyond which even the widest atom leaves the product under the
 // cut-off.
 #include <algorithm>  // for max, min, minmax_element
+#include <array>      // for array
 #include <cmath>      // for exp, isfinite, log, sqrt
-#include <cstddef>    // for size_t
+#include <cstddef>    // for ptrdiff_t, size_t
 #include <cstdint>    // for int32_t
 #include <limits>     // for numeric_limits
+#include <numeric>    // for iota
+#include <span>       // for span
 
 #include "gaussian/atom_radii.h"
-#include "gaussian/neighbour_cells.h"
+#include "gaussian/neighbour_tree.h"
 #include "vxgrid/gaussian/series.h"
 #include "vxgrid/toolkit/names.h"
 
@@ -30,6 +33,13 @@ static_assert(Gaussian::lk1 == Gaussian::lk2);
 std::size_t term_limit(std::size_t atoms) {
   constexpr std::size_t as_int = std::numeric_limits<int>::max();
   return std::min(as_int, 4'000'000 + 1'000 * atoms);
+}
+
+float squared_distance(const Gsphere& a, const Gsphere& b) {
+  const float dx = a.x - b.x;
+  const float dy = a.y - b.y;
+  const float dz = a.z - b.z;
+  return dx * dx + dy * dy + dz * dz;
 }
 
 float width_of(float prefactor, float radius) {
@@ -84,6 +94,7 @@ bool Gaussian::gather_atoms(const VXMolBase& mol, bool no_hydrogens) {
   radii.resize(kept);
   widths.assign(kept, 0.0f);
   prefactors.assign(kept, prefactor);
+  scratch.assign(kept, nullptr);
   first_term.assign(kept + 1, 0);
   return kept != 0;
 }
@@ -111,7 +122,7 @@ int Gaussian::make_full_gaussian_rep_base(const VXMolBase& mol, int no_hydrogens
 Gsphere Gaussian::atom_term(std::size_t i, float narrowest) const {
   const float w = widths[i];
   Gsphere term{w, coords[3 * i], coords[3 * i + 1], coords[3 * i + 2], 0.0f, 0, 0.0f, 0.0f};
-  const float unit_volume = std::sqrt(1.0f / (w * w * w)) * (prefactor * 5.568328f);
+  const float unit_volume = std::sqrt(1.0f / (w * w * w)) * (prefactor * pi32);
   term.volume = std::log(unit_volume) - log_cutoff;
   const float q = (w + narrowest) / w;
   term.radius = (term.volume - std::log(std::sqrt(q) * q / prefactor)) * (q * (1.0f / narrowest));
@@ -168,9 +179,11 @@ std::size_t Gaussian::expand(float smallest, float largest) {
   atom_terms_.resize(atoms);
   for (std::size_t i = 0; i < atoms; ++i)
     atom_terms_[i] = atom_term(i, narrowest);
-  const bool use_cells = atoms > static_cast<std::size_t>(TreeThresh);
-  if (use_cells) neighbours->find(atom_terms_);
   const std::size_t limit = term_limit(atoms);
+  const bool use_tree = atoms > static_cast<std::size_t>(TreeThresh);
+  if (use_tree && !tree->find(atom_terms_, limit)) return 0;
+  std::array<std::int32_t, TreeThresh> all{};
+  std::iota(all.begin(), all.end(), 0);
   std::size_t end = 1;
   for (std::size_t i = 0; i < atoms; ++i) {
     const Gsphere& atom = atom_terms_[i];
@@ -178,36 +191,29 @@ std::size_t Gaussian::expand(float smallest, float largest) {
     terms[end] = atom;
     first_term[i] = static_cast<std::int32_t>(end);
     ++end;
-    if (use_cells) {
-      for (const std::int32_t j : neighbours->before(i)) {
-        end = append_products(atom, static_cast<std::size_t>(j), end, scale);
-        if (end > limit) return 0;
-      }
-    } else {
-      for (std::size_t j = 0; j < i; ++j) {
-        const Gsphere& other = atom_terms_[j];
-        const float dx = other.x - atom.x;
-        const float dy = other.y - atom.y;
-        const float dz = other.z - atom.z;
-        if (dx * dx + dy * dy + dz * dz > other.radius) continue;
-        end = append_products(atom, j, end, scale);
-        if (end > limit) return 0;
-      }
+    const std::span<const std::int32_t> earlier =
+        use_tree ? tree->before(i) : std::span(all.data(), i);
+    for (const std::int32_t j : earlier) {
+      const Gsphere& other = atom_terms_[static_cast<std::size_t>(j)];
+      if (squared_distance(other, atom) > other.radius) continue;
+      end = append_products(atom, static_cast<std::size_t>(j), end, scale);
+      if (end > limit) return 0;
     }
     first_term[i + 1] = static_cast<std::int32_t>(end);
   }
   return end;
 }
 
+// The squared reach stays in `radius`.
 void Gaussian::convert_terms(std::size_t end) {
-  result.reserve(end - 1);
   for (std::size_t k = 1; k < end; ++k) {
-    const Gsphere& term = terms[k];
+    Gsphere& term = terms[k];
     const float volume = volume_table[table_index(volume_scale * term.volume)];
-    const float q = term.width * 0.3183099f;
-    result.push_back({term.width, term.x, term.y, term.z, volume * std::sqrt(q) * q, term.level,
-                      term.level % 2 != 0 ? -volume : volume, 0.0f});
+    const float q = term.width * ipi;
+    term.volume = term.level % 2 != 0 ? -volume : volume;
+    term.prefactor = volume * std::sqrt(q) * q;
   }
+  result.assign(terms.begin() + 1, terms.begin() + static_cast<std::ptrdiff_t>(end));
 }
 
 }  // namespace VXCore

@@ -186,12 +186,12 @@ TEST(Dielectric, with_the_flag_an_edge_has_the_dielectric_of_its_middle) {
 
 TEST(Dielectric, points_that_say_nothing_about_an_edge_are_passed_over) {
   TestRecord record({3, 3, 3}, {0, 0, 0}, 1);
-  record.floats[record.element(1, 1, 1)] = 1;
+  record.floats[record.element(1, 1, 1)] = record.floats[record.element(1, 2, 1)] = 1;
   Edges edges(record);
   const Edges before = edges;
-  std::vector<PntStruct> cuts = {{-1, -0.5f, 0}, {0.5f, -1, 1}, {1, 1, 1},   {1.4f, 0, 0},
-                                 {-1.5f, 0, 0},  {0, 0, 1e30f}, {NAN, 0, 0}, {0, INFINITY, 0},
-                                 {0, -1e30f, 0}, {5, 5, 5}};
+  std::vector<PntStruct> cuts = {{-1, -0.5f, 0}, {0.5f, -1, 1}, {1, 1, 1},      {1.4f, 0, 0},
+                                 {-1.5f, 0, 0},  {0, 0, 1e30f}, {NAN, 0, 0},    {0, INFINITY, 0},
+                                 {0, -1e30f, 0}, {5, 5, 5},     {0.6f, 1.4f, 0}};
   const auto correct = [&](const GridStruct& g, PntStruct* points, int count) {
     vi_correct_eps_with_cuts(edges.eps(), g, inner, outer, nullptr, 0, points, count, 0);
   };

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -153,10 +154,11 @@ TEST(GaussGrid, gradient_planes_are_the_derivatives_of_the_value_plane) {
   }
 }
 
-// The recurrence in plain scalar code, in the order and precision that is promised.
-void add_by_recurrence(OwnedGrid& grid, const std::array<float, 3>& centre, float width,
-                       float prefactor) {
-  const GridStruct& g = grid.record;
+/// The recurrence in plain scalar code, in the order and precision that is promised: calls
+/// touch(element, value, slopes) for the points of an item.
+template <class Touch>
+void by_recurrence(const GridStruct& g, const std::array<float, 3>& centre, float width,
+                   float prefactor, Touch touch) {
   const std::array<int, 3> dim = {g.xdim, g.ydim, g.zdim};
   const std::array<float, 3> mid = {g.xmid, g.ymid, g.zmid};
   const float inverse = 1.0f / g.spacing;
@@ -177,17 +179,20 @@ void add_by_recurrence(OwnedGrid& grid, const std::array<float, 3>& centre, floa
   const int squared = static_cast<int>(limit * limit);
   const float decay = width * g.spacing * g.spacing;
   const float v = std::exp(-decay * uu) * prefactor;
-  std::array<std::vector<float>, 3> table;
+  std::array<std::vector<float>, 3> table, slope;
+  const auto at = [&](std::vector<float>& values, int offset) -> float& {
+    return values[static_cast<std::size_t>(offset + reach)];
+  };
   for (std::size_t k = 0; k < 3; ++k) {
     table[k].assign(static_cast<std::size_t>(2 * reach + 1), 1.0f);
+    slope[k].assign(static_cast<std::size_t>(2 * reach + 1), 2.0f * decay * inverse * u[k]);
     const float q = std::exp(-decay), up = std::exp(2.0f * decay * u[k]), down = 1.0f / up;
     float c = q;
     for (int i = 1; i <= reach; ++i, c *= q * q) {
-      const auto at = [&](int offset) -> float& {
-        return table[k][static_cast<std::size_t>(offset + reach)];
-      };
-      at(i) = c * at(i - 1) * up;
-      at(-i) = c * at(1 - i) * down;
+      at(table[k], i) = c * at(table[k], i - 1) * up;
+      at(table[k], -i) = c * at(table[k], 1 - i) * down;
+      at(slope[k], i) = at(slope[k], i - 1) - 2.0f * decay * inverse;
+      at(slope[k], -i) = at(slope[k], 1 - i) + 2.0f * decay * inverse;
     }
   }
   for (int c = -reach; c <= reach; ++c)
@@ -197,37 +202,50 @@ void add_by_recurrence(OwnedGrid& grid, const std::array<float, 3>& centre, floa
         if (a * a + b * b + c * c > squared || x < 0 || y < 0 || z < 0 || x >= dim[0] ||
             y >= dim[1] || z >= dim[2])
           continue;
-        const auto t = [&](std::size_t k, int offset) {
-          return table[k][static_cast<std::size_t>(offset + reach)];
-        };
-        grid.values[static_cast<std::size_t>(x + dim[0] * (y + dim[1] * z))] +=
-            v * t(2, c) * t(1, b) * t(0, a);
+        touch(static_cast<std::size_t>(x + dim[0] * (y + dim[1] * z)),
+              v * at(table[2], c) * at(table[1], b) * at(table[0], a),
+              std::array<float, 3>{at(slope[0], a), at(slope[1], b), at(slope[2], c)});
       }
 }
 
-TEST(GaussGrid, sums_are_those_of_the_scalar_recurrence_to_the_last_bit) {
+TEST(GaussGrid, values_and_gradients_are_those_of_the_scalar_recurrence_to_the_last_bit) {
   std::mt19937 random(5);
   const auto uniform = [&](double low, double high) {
     return static_cast<float>(low + (high - low) * (static_cast<double>(random()) / 4294967296.0));
   };
-  OwnedGrid grid({61, 47, 53}, {3, -1, 2}, 0.31f);
-  OwnedGrid expected({61, 47, 53}, {3, -1, 2}, 0.31f);
   Items items;
   // Rows of every length up to the whole width, many of them clipped.
   for (int i = 0; i < 60; ++i)
     items.add(uniform(-9, 15), uniform(-10, 9), uniform(-9, 13), std::exp(uniform(-3, 2)), 2.7f);
-  items.run(GaussGridType::Sum, grid);
+  OwnedGrid sum({61, 47, 53}, {3, -1, 2}, 0.31f, 4), product({61, 47, 53}, {3, -1, 2}, 0.31f, 4);
+  const std::size_t n = sum.size;
+  std::fill_n(product.values.begin(), n, 1.0f);
   for (std::size_t i = 0; i < items.atoms.size(); ++i) {
-    add_by_recurrence(expected, {items.atoms[i].x, items.atoms[i].y, items.atoms[i].z},
-                      items.widths[i], 2.7f);
+    by_recurrence(sum.record, {items.atoms[i].x, items.atoms[i].y, items.atoms[i].z},
+                  items.widths[i], 2.7f,
+                  [&](std::size_t e, float v, const std::array<float, 3>& slopes) {
+                    const float c = 1.0f - v, m = v * product.values[e];
+                    for (std::size_t k = 0; k < 3; ++k) {
+                      sum.values[e + (k + 1) * n] += v * slopes[k];
+                      float& gradient = product.values[e + (k + 1) * n];
+                      gradient = c * gradient + m * slopes[k];
+                    }
+                    sum.values[e] += v;
+                    product.values[e] = c * product.values[e];
+                  });
   }
-  EXPECT_EQ(grid.values, expected.values);
-  EXPECT_GT(std::accumulate(grid.values.begin(), grid.values.end(), 0.0), 1000.0);
+  for (std::size_t e = 0; e < n; ++e)
+    product.values[e] = 1.0f - product.values[e];
+  EXPECT_GT(std::accumulate(sum.values.begin(), sum.values.end(), 0.0), 1000.0);
 
-  OwnedGrid with_gradient({61, 47, 53}, {3, -1, 2}, 0.31f, 4);
-  items.run(GaussGridType::SumAndDerivatives, with_gradient);
-  with_gradient.values.resize(with_gradient.size);
-  EXPECT_EQ(with_gradient.values, expected.values);
+  for (const int type : {2, 4, 6, 8}) {
+    const std::size_t planes = type < 6 ? 1 : 4;
+    OwnedGrid grid({61, 47, 53}, {3, -1, 2}, 0.31f, static_cast<int>(planes));
+    items.run(type, grid);
+    const OwnedGrid& expected = type == 2 || type == 6 ? sum : product;
+    EXPECT_TRUE(std::equal(grid.values.begin(), grid.values.end(), expected.values.begin()))
+        << type;
+  }
 }
 
 constexpr std::array<int, 3> smear_dims = {21, 19, 17};

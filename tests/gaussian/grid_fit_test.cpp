@@ -105,14 +105,15 @@ TEST(GridFit, gaussians_of_its_own_widths_come_back_largest_first) {
 }
 
 TEST(GridFit, the_first_choice_is_the_largest_projection) {
+  constexpr unsigned int side = 10;
   for (const unsigned int seed : {1u, 2u, 3u}) {
-    VXBrioGrid grid = cube(13, 0.9f);
+    VXBrioGrid grid = cube(side, 0.9f);
     std::mt19937 random(seed);
     const auto uniform = [&](float low, float high) {
       return low + (high - low) * static_cast<float>(random() % 1000) / 1000.0f;
     };
     for (int i = 0; i < 6; ++i) {
-      add(grid, {{uniform(-3, 5), uniform(-2, 6), uniform(-1, 7)},
+      add(grid, {{uniform(-2, 4), uniform(-1, 5), uniform(0, 6)},
                  uniform(0.2f, 1.5f),
                  uniform(0.5f, 3.0f)});
     }
@@ -120,16 +121,16 @@ TEST(GridFit, the_first_choice_is_the_largest_projection) {
     double best = 0, best_width = 0;
     std::array<float, 3> best_centre{};
     const auto squared_steps = [](unsigned int a, unsigned int b) {
-      const int dx = static_cast<int>(a % 13) - static_cast<int>(b % 13);
-      const int dy = static_cast<int>(a / 13 % 13) - static_cast<int>(b / 13 % 13);
-      const int dz = static_cast<int>(a / 169) - static_cast<int>(b / 169);
+      const int dx = static_cast<int>(a % side) - static_cast<int>(b % side);
+      const int dy = static_cast<int>(a / side % side) - static_cast<int>(b / side % side);
+      const int dz = static_cast<int>(a / side / side) - static_cast<int>(b / side / side);
       return static_cast<std::size_t>(dx * dx + dy * dy + dz * dz);
     };
     for (const double radius : {3.2, 2.2, 1.2}) {
       const double w = width_of(radius);
       const double norm = std::sqrt(std::pow(M_PI / (2 * w), 1.5));
       std::vector<double> height;
-      for (int steps = 0; steps <= 3 * 12 * 12; ++steps)
+      for (int steps = 0; steps <= 3 * 9 * 9; ++steps)
         height.push_back(std::exp(-w * 0.9 * 0.9 * steps));
       for (unsigned int e = 0; e < grid.GetSize(); ++e) {
         double sum = 0;
@@ -151,6 +152,168 @@ TEST(GridFit, the_first_choice_is_the_largest_projection) {
     const double norm = std::sqrt(std::pow(M_PI / (2 * best_width), 1.5));
     EXPECT_NEAR(result.prefactors[0], best / norm, 1e-3 * result.prefactors[0]);
   }
+}
+
+/// The fit step by step in plain loops: no list is kept, but for each level the threshold above
+/// which its points are looked at.
+class PlainFit {
+ public:
+  explicit PlainFit(const VXBrioGrid& grid)
+      : values_(grid.GetValues(), grid.GetValues() + grid.GetSize()),
+        dim_{static_cast<int>(grid.GetXDim()), static_cast<int>(grid.GetYDim()),
+             static_cast<int>(grid.GetZDim())},
+        h_(grid.GetSpacing()) {
+    for (const float radius : {3.2f, 2.2f, 1.2f}) {
+      const auto w = static_cast<float>(width_of(double{radius}));
+      levels_.push_back({w, static_cast<float>(std::pow(2 * w / M_PI, 1.5)), response(w), {}});
+      for (float& value : levels_.back().response)
+        value *= std::sqrt(levels_.back().norm);
+      for (const float value : levels_.back().response)
+        threshold_ = std::max(threshold_, value);
+    }
+    look_above(0.85f * threshold_);
+  }
+
+  /// Element and level of the next Gaussian; false at the end.
+  bool next(std::size_t& element, std::size_t& level) {
+    for (;;) {
+      float best = 0;
+      for (std::size_t l = 0; l < levels_.size(); ++l) {
+        for (std::size_t e = 0; e < values_.size(); ++e) {
+          const float value = levels_[l].response[e];
+          if (levels_[l].is_candidate[e] && std::abs(value) > 0.85f * threshold_ &&
+              std::abs(value) > std::abs(best)) {
+            best = value;
+            element = e;
+            level = l;
+          }
+        }
+      }
+      if (best < 0) return false;
+      if (best > 0) break;
+      threshold_ *= 0.85f;
+      look_above(0.85f * threshold_);
+    }
+    take_off(element, level);
+    return true;
+  }
+
+  float width(std::size_t level) const { return levels_[level].width; }
+  float prefactor() const { return prefactor_; }
+
+ private:
+  struct Level {
+    float width, norm;
+    std::vector<float> response;
+    std::vector<bool> is_candidate;
+  };
+
+  int place(std::size_t element, std::size_t axis) const {
+    const auto e = static_cast<int>(element);
+    return axis == 0 ? e % dim_[0] : axis == 1 ? e / dim_[0] % dim_[1] : e / dim_[0] / dim_[1];
+  }
+  int steps(float w) const { return static_cast<int>(std::sqrt(-std::log(0.004f) / w) / h_); }
+
+  std::vector<float> response(float w) const {
+    std::vector<float> out = values_;
+    std::size_t stride = 1;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const std::vector<float> in = out;
+      for (std::size_t e = 0; e < out.size(); ++e) {
+        const int at = place(e, axis), r = steps(w);
+        double sum = 0;
+        for (int d = std::max(-r, -at); d <= std::min(r, dim_[axis] - 1 - at); ++d) {
+          const float value = in[e + stride * static_cast<std::size_t>(at + d) -
+                                 stride * static_cast<std::size_t>(at)];
+          if (axis == 2 || value >= (axis == 0 ? 1e-7f : 1e-5f))
+            sum += double{value * h_} * std::exp(-double{w * h_ * h_} * d * d);
+        }
+        out[e] = static_cast<float>(sum);
+      }
+      stride *= static_cast<std::size_t>(dim_[axis]);
+    }
+    for (std::size_t e = 0; e < out.size(); ++e) {
+      if (!(values_[e] > 0.01f)) out[e] = 0;
+    }
+    return out;
+  }
+
+  void look_above(float threshold) {
+    for (Level& level : levels_) {
+      level.is_candidate.assign(values_.size(), false);
+      for (std::size_t e = 0; e < values_.size(); ++e)
+        level.is_candidate[e] = values_[e] > 0.01f && std::abs(level.response[e]) > threshold;
+    }
+  }
+
+  void take_off(std::size_t element, std::size_t chosen) {
+    const float width = levels_[chosen].width;
+    prefactor_ = std::sqrt(levels_[chosen].norm) * levels_[chosen].response[element];
+    for (Level& level : levels_) {
+      const float sum = level.width + width;
+      const double height =
+          double{prefactor_} * std::sqrt(std::pow(M_PI / sum, 3) * double{level.norm});
+      const int r = steps(level.width * width / sum);
+      for (std::size_t e = 0; e < values_.size(); ++e) {
+        int squared = 0;
+        bool inside = true;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+          const int d = place(e, axis) - place(element, axis);
+          inside = inside && -r <= d && d < r;
+          squared += d * d;
+        }
+        if (inside) {
+          level.response[e] -= static_cast<float>(
+              height * std::exp(-double{level.width * width / sum * h_ * h_} * squared));
+        }
+      }
+    }
+  }
+
+  std::vector<float> values_;
+  std::array<int, 3> dim_;
+  float h_;
+  std::vector<Level> levels_;
+  float threshold_ = 0;
+  float prefactor_ = 0;
+};
+
+TEST(GridFit, every_choice_is_that_of_a_plain_search_until_the_largest_response_is_negative) {
+  std::size_t ended = 0, longest = 0;
+  for (const unsigned int seed : {1u, 2u, 3u, 4u}) {
+    // A few Gaussians, so that responses fall by steps, or many narrow ones that overlap.
+    std::mt19937 random(seed);
+    const auto uniform = [&](float low, float high) {
+      return low + (high - low) * static_cast<float>(random() % 10000) / 10000.0f;
+    };
+    VXBrioGrid grid = cube(24, 0.7f);
+    const bool few = seed % 2 == 1;
+    for (int i = 0; i < (few ? 6 : 60); ++i) {
+      add(grid, {{uniform(-6, 8), uniform(-5, 9), uniform(-4, 10)},
+                 width_of(uniform(1.0f, few ? 3.0f : 1.4f)),
+                 uniform(0.1f, 3.0f)});
+    }
+    PlainFit plain(grid);
+    const Fit result = fit(grid, 0, 1, 60);
+    longest = std::max(longest, result.size());
+    std::size_t element = 0, level = 0;
+    for (std::size_t i = 0; i < result.size(); ++i) {
+      ASSERT_TRUE(plain.next(element, level)) << i;
+      std::array<float, 3> centre{};
+      grid.ElementToSpatialCoord(static_cast<unsigned int>(element), centre[0], centre[1],
+                                 centre[2]);
+      for (std::size_t k = 0; k < 3; ++k)
+        ASSERT_NEAR(result.coords[3 * i + k], centre[k], 1e-4) << seed << ' ' << i;
+      ASSERT_NEAR(result.widths[i], plain.width(level), 1e-5) << seed << ' ' << i;
+      ASSERT_NEAR(result.prefactors[i], plain.prefactor(), 1e-3 * result.prefactors[i]);
+    }
+    if (result.size() < 60) {
+      EXPECT_FALSE(plain.next(element, level));
+      ++ended;
+    }
+  }
+  EXPECT_GT(ended, 0u);
+  EXPECT_GT(longest, 30u);
 }
 
 TEST(GridFit, it_stops_by_number_or_by_gain_and_each_gaussian_takes_off_energy) {

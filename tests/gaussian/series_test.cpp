@@ -157,7 +157,16 @@ TEST(Series, small_clusters_have_the_terms_of_all_their_subsets) {
   }
 }
 
-TEST(Series, more_atoms_than_the_pairwise_search_takes_change_nothing) {
+std::vector<std::array<float, 8>> sorted(const std::vector<Gsphere>& terms) {
+  std::vector<std::array<float, 8>> all;
+  for (const Gsphere& g : terms)
+    all.push_back(
+        {g.x, g.y, g.z, g.width, g.prefactor, g.volume, g.radius, static_cast<float>(g.level)});
+  std::sort(all.begin(), all.end());
+  return all;
+}
+
+TEST(Series, more_atoms_than_the_pairwise_search_takes_change_no_term) {
   for (const unsigned int seed : {7u, 8u, 9u}) {
     std::vector<Sphere> spheres = cluster(150, 14.0f, seed);
     Gaussian builder;
@@ -165,11 +174,78 @@ TEST(Series, more_atoms_than_the_pairwise_search_takes_change_nothing) {
     EXPECT_GT(few.size(), 700u);
     for (int i = 0; i < 90; ++i)
       spheres.push_back({{500.0f + 40.0f * static_cast<float>(i), -30.0f, 70.0f}, 1.7f});
-    const std::vector<Gsphere> many = full(builder, molecule(spheres));
+    std::vector<Gsphere> many = full(builder, molecule(spheres));
     ASSERT_EQ(many.size(), few.size() + 90);
-    EXPECT_EQ(std::memcmp(few.data(), many.data(), few.size() * sizeof(Gsphere)), 0);
     EXPECT_EQ(many.back().level, 0);
+    many.resize(few.size());
+    EXPECT_EQ(sorted(many), sorted(few));
   }
+}
+
+/// The atoms before atom `limit` in the order of a breadth-first walk through a k-d tree into which
+/// the spheres went one by one.
+std::vector<std::size_t> walk_of_tree(const std::vector<Sphere>& spheres, std::size_t limit) {
+  std::vector<std::array<std::size_t, 2>> children(spheres.size());  // 0 for none
+  std::vector<std::size_t> axis(spheres.size());
+  for (std::size_t i = 1; i < spheres.size(); ++i) {
+    std::size_t at = 0;
+    for (;;) {
+      const std::size_t k = axis[at];
+      std::size_t& child = children[at][spheres[at].centre[k] >= spheres[i].centre[k] ? 0 : 1];
+      if (child == 0) {
+        child = i;
+        axis[i] = (k + 1) % 3;
+        break;
+      }
+      at = child;
+    }
+  }
+  std::vector<std::size_t> queue = {0};
+  for (std::size_t head = 0; head < queue.size(); ++head) {
+    for (const std::size_t child : children[queue[head]]) {
+      if (child != 0 && child < limit) queue.push_back(child);
+    }
+  }
+  return queue;
+}
+
+TEST(Series, past_the_pairwise_search_terms_come_in_the_order_of_a_tree) {
+  // Many equal coordinates, and a string of atoms in a row, which makes the tree deep.
+  std::vector<Sphere> spheres = cluster(260, 15.0f, 21, {1.7f});
+  for (Sphere& sphere : spheres) {
+    sphere.centre[0] = std::round(sphere.centre[0]);
+    sphere.centre[1] = std::round(sphere.centre[1]);
+  }
+  for (int i = 0; i < 60; ++i)
+    spheres.push_back({{40.0f + static_cast<float>(i), 5, 5}, 1.7f});
+  Gaussian builder;
+  full(builder, molecule(spheres));
+  std::size_t pairs = 0, disordered = 0;
+  for (std::size_t i = 1; i < spheres.size(); ++i) {
+    // Pairs of atom i in their order, told by their middles.
+    const std::vector<std::size_t> walk = walk_of_tree(spheres, i);
+    std::vector<std::size_t> places;
+    const auto end = static_cast<std::size_t>(builder.first_term[i + 1]);
+    for (auto k = static_cast<std::size_t>(builder.first_term[i]); k < end; ++k) {
+      const Gsphere& term = builder.terms[k];
+      if (term.level != 1) continue;
+      const auto distance = [&](std::size_t j) {
+        const auto &a = spheres[i].centre, &b = spheres[j].centre;
+        return std::hypot(term.x - (a[0] + b[0]) / 2, term.y - (a[1] + b[1]) / 2,
+                          term.z - (a[2] + b[2]) / 2);
+      };
+      const auto nearest =
+          std::min_element(walk.begin(), walk.end(),
+                           [&](std::size_t a, std::size_t b) { return distance(a) < distance(b); });
+      ASSERT_LT(distance(*nearest), 0.02f);
+      places.push_back(static_cast<std::size_t>(nearest - walk.begin()));
+    }
+    EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << i;
+    pairs += places.size();
+    disordered += places.size() > 2 ? 1 : 0;
+  }
+  EXPECT_GT(pairs, 700u);
+  EXPECT_GT(disordered, 100u);
 }
 
 TEST(Series, volumes_of_real_peptides_are_those_of_the_product_form) {
@@ -199,7 +275,9 @@ TEST(Series, one_atom_has_one_term_and_two_in_one_place_a_negative_pair) {
   EXPECT_EQ(one[0].x, 1.0f);
   EXPECT_NEAR(one[0].volume, 20.58, 0.12);
   EXPECT_NEAR(one[0].prefactor, 2.7, 0.02);
-  EXPECT_EQ(one[0].radius, 0.0f);
+  // The squared reach: there a like atom has a product of the size of the cut-off.
+  const std::vector<Sphere> apart = {{{0, 0, 0}, 1.7f}, {{std::sqrt(one[0].radius), 0, 0}, 1.7f}};
+  EXPECT_NEAR(product_of(apart, 3).volume, 0.1, 1e-4);
   const std::vector<Gsphere> two = full(builder, molecule({{{1, 2, 3}, 1.7f}, {{1, 2, 3}, 1.7f}}));
   ASSERT_EQ(two.size(), 3u);
   EXPECT_EQ(two[2].level, 1);

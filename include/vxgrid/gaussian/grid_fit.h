@@ -24,15 +24,16 @@ class VXScalarGrid;
 /// The response of a point at a level is the integral of the grid times the level's Gaussian there,
 /// made to unit norm: what of the grid's norm it would take away. Again and again the point and
 /// level with the largest response become a Gaussian, and its overlap with the others is taken off
-/// their responses. Only responses above 0.85 of a threshold are looked at, which drops by that
-/// factor, as often as it takes to find one, whenever none is left above it.
+/// their responses. Only responses that were above 0.85 of a threshold when this was set are looked
+/// at; when none of them is above it any more, the threshold drops by that factor, as often as it
+/// takes to find one.
 ///
 /// Negative values of `grid` are set to 0, which changes the grid; centres lie where its values are
-/// above `mask_threshold`. `cutoff` is the fall at which Gaussians end. The fit stops when the
-/// response that is largest by magnitude is not above 0, when there are `max_gaussians` (at least
-/// one is made), or, unless `run_to_limit`, when a Gaussian, the last to be kept, takes less than
-/// `stop_gain` off the energy, h^3 times the sum of the squares of what is left; and on a lattice
-/// so coarse that Gaussians end before the next point.
+/// above `mask_threshold`. `cutoff` is the fall at which Gaussians end. The fit stops when nothing
+/// is left or the largest response by magnitude is negative, when there are `max_gaussians` (at
+/// least one is made), or, unless `run_to_limit`, when a Gaussian, the last to be kept, takes less
+/// than `stop_gain` off the energy, h^3 times the sum of the squares of what is left; and on a
+/// lattice so coarse that Gaussians end before the next point.
 ///
 /// 0 stands for cutoff 0.004, mask_threshold 0.01, levels 3, start_radius 3.2, radius_step 1.0.
 /// `fitted` becomes the sum of the Gaussians on the same lattice; `coords` (three per Gaussian),

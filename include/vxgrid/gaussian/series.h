@@ -26,7 +26,7 @@ class VXMolBase;
 namespace VXCore {
 
 namespace detail {
-class NeighbourCells;
+class NeighbourTree;
 }
 
 /// Builds the Gaussians that stand for a molecule, and keeps tables and working storage from one
@@ -42,14 +42,14 @@ class VXGRID_API Gaussian {
   static constexpr std::uint32_t lk1 = 1000;       ///< steps of the tables of width ratio
   static constexpr std::uint32_t lk2 = 1000;       ///< steps of the table of log volume
   static constexpr std::uint32_t MaxG = 20;        ///< records reserved per atom
-  static constexpr std::int32_t TreeThresh = 200;  ///< more atoms than this are found through cells
+  static constexpr std::int32_t TreeThresh = 200;  ///< with more atoms, a tree finds neighbours
   static constexpr float pi = 3.1415927f;
   static constexpr float ipi = 0.3183099f;  ///< 1/pi
   static constexpr float pi32 = 5.568328f;  ///< pi^(3/2)
   ///@}
 
   Gaussian();
-  /// `neighbours` belongs to one object, and is not copied.
+  /// `tree` belongs to one object, and is not copied.
   Gaussian(const Gaussian& other);
   Gaussian(Gaussian&& other) noexcept;
   Gaussian& operator=(const Gaussian& other);
@@ -68,10 +68,14 @@ class VXGRID_API Gaussian {
 
   /// The overlap series of the atoms with a radius of at least 0.0001. Each atom comes in order of
   /// iteration, level 0, followed by its products with the terms of earlier atoms, level n for n +
-  /// 1 atoms; a product is kept, and overlapped further, when its volume is above `cutoff`.
+  /// 1 atoms; a product is kept, and overlapped further, when its volume is above `cutoff`. Earlier
+  /// atoms come in their order or, past TreeThresh atoms, in that of a breadth-first walk through a
+  /// k-d tree into which the atoms were put one by one.
+  ///
   /// Prefactors are positive; a term's sign lives in `volume`, which is negative for odd levels;
-  /// `radius` is 0, for unknown. Volumes are read from a table of 1000 steps over the range of
-  /// their logarithm, which cuts them by less than one step (0.7 % from 0.1 to the 100 cubic
+  /// `radius` holds the squared distance beyond which no atom has a product with the term: give
+  /// vi_gauss_grid a copy with 0 there. Volumes are read from a table of 1000 steps over the range
+  /// of their logarithm, which cuts them by less than one step (0.7 % from 0.1 to the 100 cubic
   /// Angstrom of a large atom). Where no atom has a radius, Bondi's stand in.
   ///
   /// Gives 0 also when there are no coordinates or no such atom, and, with a warning, when the
@@ -163,7 +167,7 @@ class VXGRID_API Gaussian {
   /// Room for a molecule of so many atoms, and `log_cutoff` from `cutoff`. Gives 1, or 0 for no
   /// atoms.
   int vi_init_gauss_rep(int atoms);
-  /// Gives `neighbours` back and forgets the largest atom count. Gives 1.
+  /// Gives `tree` back and forgets the largest atom count. Gives 1.
   int vi_delete_gauss_rep();
   /// Room for so many terms. Gives 1, or 0 when the count is not above 0.
   int vi_init_gs(int count);
@@ -195,9 +199,10 @@ class VXGRID_API Gaussian {
 
   /// \name Working storage
   ///@{
-  std::int32_t capacity = -1;                          ///< largest atom count so far
-  std::unique_ptr<detail::NeighbourCells> neighbours;  ///< null up to TreeThresh atoms
-  std::vector<float> coords;                           ///< 3 per atom
+  std::int32_t capacity = -1;                   ///< largest atom count so far
+  std::unique_ptr<detail::NeighbourTree> tree;  ///< null up to TreeThresh atoms
+  std::vector<void*> scratch;                   ///< one per atom, and not read
+  std::vector<float> coords;                    ///< 3 per atom
   std::vector<float> widths;
   std::vector<float> prefactors;
   std::vector<float> radii;
