@@ -74,6 +74,16 @@
 #include "vxgrid/reflection/reflection_impl.h"
 #include "vxgrid/reflection/vxx.h"
 #include "vxgrid/reflection/xplor.h"
+#include "vxgrid/toolkit/json/handler.h"
+#include "vxgrid/toolkit/json/helpers.h"
 #include "vxgrid/toolkit/names.h"
+#include "vxgrid/toolkit/pipe/buffers.h"
+#include "vxgrid/toolkit/pipe/field_types.h"
+#include "vxgrid/toolkit/pipe/record.h"
+#include "vxgrid/toolkit/vxb/group.h"
+#include "vxgrid/toolkit/vxb/handler.h"
+#include "vxgrid/toolkit/vxb/mol_stream.h"
+#include "vxgrid/toolkit/vxb/primitives.h"
+#include "vxgrid/toolkit/vxb/records.h"
 
 #endif

@@ -230,7 +230,9 @@ class GridReader {
     // A negative count is one that no grid takes.
     if (float_fields < 1 || !grid_.SetFloatsMultiple(1)) return false;
     const std::int64_t points = size();
-    if (points < 1) return false;
+    // A grid without points has a head and no fields, and there is nothing more to size.
+    const bool is_empty = dim_ == std::array<int, 3>{} && float_fields == 1 && integer_fields == 1;
+    if (points < 1 && !is_empty) return false;
     return read_further_fields(grid_.GetFloats(), float_fields, points,
                                &VXBrioGrid::SetFloatsMultiple) &&
            integer_fields >= 1 &&

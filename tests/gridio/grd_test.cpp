@@ -222,7 +222,7 @@ TEST(GrdFile, bad_states_dimensions_and_counts_are_refused) {
       {start + file_of({1, 2, 1, 1, 1, 1}) + field + file_of({0, 0, 0, -1, 0, 1}), {}},
       {start + file_of({1, 2, 1, 1, 1, 1}) + field + file_of({0, 0, 0, 60000, 0, 1, 1.0f}), {}},
       {start + file_of({1, 2, 1, 1, 1, 1}) + field + file_of({0, 0, 0, 1, 0, 0}), {}},
-      {start + file_of({1, 0, 1, 0, 1, 0, 0, 0, 0, 0, 1, 0, 1}),
+      {start + file_of({1, 0, 1, 0, 1, 0, 0, 0, 0, 0, 2, 0, 1}),
        {"Attempting to read a grid with bad dimensions: 0 x 0 x 0"}}};
   for (const auto& c : cases) {
     const MessageCapture heard;
@@ -233,6 +233,20 @@ TEST(GrdFile, bad_states_dimensions_and_counts_are_refused) {
       EXPECT_EQ(heard.messages[i].second, c.warnings[i]);
     EXPECT_EQ(heard.messages.back().second, "Problem reading GRD grid file");
   }
+}
+
+TEST(GrdFile, a_grid_without_points_comes_back_with_a_warning) {
+  VXBrioGrid grid;
+  grid.SetTitle("empty");
+  grid.SetMid(1.0f, 2.0f, 3.0f);
+  grid.SetSpacing(0.5f);
+  grid.SetType(2);
+  const MessageCapture heard;
+  VXBrioGrid back;
+  ASSERT_TRUE(read(written(grid), back));
+  ASSERT_EQ(heard.messages.size(), 1u);
+  EXPECT_TRUE(heard.warned("Attempting to read a grid with bad dimensions: 0 x 0 x 0"));
+  EXPECT_TRUE(written(back) == written(grid));
 }
 
 TEST(GrdFile, random_bytes_do_no_harm) {
