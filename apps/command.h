@@ -25,6 +25,12 @@ std::unique_ptr<Command> make_info_command();
 std::unique_ptr<Command> make_convert_command();
 std::unique_ptr<Command> make_map_command();
 std::unique_ptr<Command> make_score_command();
+std::unique_ptr<Command> make_structure_factor_command();
+std::unique_ptr<Command> make_gaussian_command();
+std::unique_ptr<Command> make_shape_command();
+std::unique_ptr<Command> make_contact_command();
+std::unique_ptr<Command> make_mask_command();
+std::unique_ptr<Command> make_thin_command();
 
 }  // namespace vxgrid_app
 

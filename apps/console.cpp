@@ -1,8 +1,6 @@
 // Where a run of the program writes: results, messages, progress.
 #include "console.h"
 
-#include <string>  // for string
-
 namespace vxgrid_app {
 
 namespace {
@@ -27,6 +25,12 @@ void Console::note(std::string_view text) const {
 bool Console::fail(std::string_view text) const {
   err << "vxgrid: error: " << text << '\n';
   return false;
+}
+
+void line(std::ostream& out, const std::string& label, const std::string& text) {
+  constexpr std::size_t column = 14;
+  const std::string mark = label.empty() ? "" : label + ':';
+  out << mark << std::string(mark.size() < column ? column - mark.size() : 1, ' ') << text << '\n';
 }
 
 MessageRoute::MessageRoute(const Console& console, VXCore::VXErrorLevel level) {

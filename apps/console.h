@@ -3,6 +3,7 @@
 #define VXGRID_APPS_CONSOLE_H
 
 #include <ostream>      // for ostream
+#include <string>       // for string
 #include <string_view>  // for string_view
 
 #include "vxgrid/toolkit/names.h"
@@ -21,6 +22,9 @@ struct Console {
   /// Why the run fails; returns false, for `return console.fail(...)`.
   bool fail(std::string_view text) const;
 };
+
+/// One "label: text" line of results, texts in one column.
+void line(std::ostream& out, const std::string& label, const std::string& text);
 
 /// While one stands, the library's messages from `level` on go to the console's `err`.
 class MessageRoute {

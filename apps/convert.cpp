@@ -1,14 +1,19 @@
-// vxgrid convert: one grid format to another, resampled on request.
+// vxgrid convert: one grid format to another, resampled on request, or one reflection format to
+// another.
 #include <CLI/CLI.hpp>
 
 #include "command.h"
+#include "grid_json_file.h"
 #include "length_option.h"
+#include "reflection_input.h"
 #include "vxgrid/grid/brio_grid.h"
 #include "vxgrid/grid/scalar_grid.h"
 #include "vxgrid/grid/skew_grid.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
 #include "vxgrid/gridmath/regularize.h"
+#include "vxgrid/reflection/formats.h"
+#include "vxgrid/reflection/reflection.h"
 
 namespace vxgrid_app {
 
@@ -19,7 +24,7 @@ using namespace VXCore;
 class ConvertCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("IN", input_, "Grid or map file to read")->required();
+    app.add_option("IN", input_, "Grid, map or reflection file to read")->required();
     app.add_option("OUT", output_, "File to write; its extension chooses the format")->required();
     app.add_option("-s,--spacing", spacing_,
                    "Resample onto a regular grid of this spacing (Angstrom)")
@@ -27,9 +32,10 @@ class ConvertCommand : public Command {
   }
 
   bool run(const Console& console) override {
-    if (!VXIsReadableGrid(input_))
+    if (is_reflection_file(input_)) return convert_reflections(console);
+    if (!is_json_file(input_) && !VXIsReadableGrid(input_))
       return console.fail(input_ + ": the extension names no grid format that can be read");
-    if (!VXIsWriteableGrid(output_))
+    if (!is_json_file(output_) && !VXIsWriteableGrid(output_))
       return console.fail(output_ + ": the extension names no grid format that can be written");
     return spacing_ > 0 ? convert_resampled(console) : convert_as_it_is(console);
   }
@@ -37,18 +43,42 @@ class ConvertCommand : public Command {
  private:
   bool convert_as_it_is(const Console& console) const {
     VXBrioGrid grid;
-    if (!VXReadGrid(input_, grid)) return console.fail(input_ + ": cannot be read");
-    if (!VXWriteGrid(output_, grid)) return console.fail(output_ + ": cannot be written");
-    return true;
+    return read(grid, console) && write(grid, console);
   }
 
   bool convert_resampled(const Console& console) const {
     VXSkewGrid grid;
-    if (!VXReadGrid(input_, grid)) return console.fail(input_ + ": cannot be read");
     VXScalarGrid regular;
+    if (!read(grid, console)) return false;
     if (!VXMakeRegularGrid(regular, grid, spacing_))
       return console.fail(input_ + ": cannot be resampled at this spacing");
-    if (!VXWriteGrid(output_, regular)) return console.fail(output_ + ": cannot be written");
+    return write(regular, console);
+  }
+
+  template <class Grid>
+  bool read(Grid& grid, const Console& console) const {
+    if (is_json_file(input_)) return read_json_grid(input_, grid, console);
+    return VXReadGrid(input_, grid) || console.fail(input_ + ": cannot be read");
+  }
+  template <class Grid>
+  bool write(const Grid& grid, const Console& console) const {
+    if (is_json_file(output_)) return write_json_grid(output_, grid, console);
+    return VXWriteGrid(output_, grid) || console.fail(output_ + ": cannot be written");
+  }
+
+  bool convert_reflections(const Console& console) const {
+    if (spacing_ > 0) return console.fail(input_ + ": reflections cannot be resampled");
+    const ReflectionFormat* format = find_reflection_format(output_);
+    if (!format || !format->writable)
+      return console.fail(output_ +
+                          ": the extension names no reflection format that can be written");
+    VXReflection reflections;
+    if (!read_reflections(input_, reflections, console)) return false;
+    if (!VXIsWritableReflection(output_, reflections))
+      return console.fail(
+          input_ + ": lacks the amplitudes, phases or figures of merit that go into " + output_);
+    if (!VXWriteReflection(output_, reflections))
+      return console.fail(output_ + ": cannot be written");
     return true;
   }
 

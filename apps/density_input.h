@@ -10,9 +10,6 @@
 
 namespace vxgrid_app {
 
-/// True for the names of MTZ files.
-bool is_reflection_file(const std::string& path);
-
 /// The names that --type takes.
 std::vector<std::string> map_type_names();
 

@@ -1,20 +1,20 @@
 // vxgrid info: what a grid, map, reflection or model file holds.
-#include <algorithm>   // for minmax_element
 #include <array>       // for array
-#include <cmath>       // for sqrt
 #include <filesystem>  // for exists
 #include <memory>      // for unique_ptr
 
 #include <CLI/CLI.hpp>
 
 #include "command.h"
-#include "density_input.h"
+#include "grid_file.h"
+#include "reflection_input.h"
 #include "vxgrid/crystal/molecule_symmetry.h"
 #include "vxgrid/crystal/space_groups.h"
 #include "vxgrid/density/resolution.h"
 #include "vxgrid/grid/brio_grid.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
+#include "vxgrid/reflection/formats.h"
 #include "vxgrid/reflection/mtz_file.h"
 #include "vxgrid/reflection/reflection.h"
 #include "vxgrid/toolkit/names.h"
@@ -24,13 +24,6 @@ namespace vxgrid_app {
 namespace {
 
 using namespace VXCore;
-
-/// One "label: text" line, texts in one column.
-void line(std::ostream& out, const std::string& label, const std::string& text) {
-  constexpr std::size_t column = 14;
-  out << label << ':' << std::string(label.size() + 1 < column ? column - label.size() - 1 : 1, ' ')
-      << text << '\n';
-}
 
 std::string cell_text(float a, float b, float c, float alpha, float beta, float gamma) {
   return format_text("%.3f %.3f %.3f A, %.2f %.2f %.2f degrees", a, b, c, alpha, beta, gamma);
@@ -44,19 +37,11 @@ std::string group_text(unsigned int number) {
 }
 
 void describe_values(std::ostream& out, const VXBrioGrid& grid) {
-  const float* values = grid.GetValues();
-  const std::size_t size = grid.GetSize();
-  if (values == nullptr || size == 0) return;
-  const auto [low, high] = std::minmax_element(values, values + size);
-  double sum = 0, squares = 0;
-  for (std::size_t i = 0; i < size; ++i) {
-    sum += values[i];
-    squares += static_cast<double>(values[i]) * values[i];
-  }
-  const double n = static_cast<double>(size), mean = sum / n;
+  if (!grid.GetValues()) return;
+  const ValueStatistics statistics = measure(grid.GetValues(), grid.GetSize());
   line(out, "Values",
-       format_text("min %.5g, max %.5g, mean %.5g, rms deviation %.5g", *low, *high, mean,
-                   std::sqrt(std::max(0.0, squares / n - mean * mean))));
+       format_text("min %.5g, max %.5g, mean %.5g, rms deviation %.5g", statistics.lowest,
+                   statistics.highest, statistics.mean, statistics.deviation));
 }
 
 bool describe_grid(const std::string& path, const Console& console) {
@@ -95,7 +80,35 @@ struct CloseStream {
   void operator()(vxistream* stream) const { VXCloseIStream(stream); }
 };
 
+void describe_crystal(std::ostream& out, const VXReflection& reflections) {
+  const VXXtal::VXSymmetry symmetry = reflections.GetSymmetry();
+  const VXXtal::VXUnitCell& cell = symmetry.cell();
+  line(out, "Cell", cell_text(cell.a, cell.b, cell.c, cell.alpha, cell.beta, cell.gamma));
+  line(out, "Space group", group_text(symmetry.GetNumber()));
+  if (reflections.GetResolution() > 0)
+    line(out, "Resolution", format_text("%.2f A", reflections.GetResolution()));
+}
+
 bool describe_reflections(const std::string& path, const Console& console) {
+  VXReflection reflections;
+  if (!read_reflections(path, reflections, console)) return false;
+  line(console.out, "Format", find_reflection_format(path)->name);
+  line(console.out, "Reflections", std::to_string(reflections.GetCount()));
+  if (reflections.GetSymmetry()) describe_crystal(console.out, reflections);
+  return true;
+}
+
+/// Whether an mmCIF file holds reflections and no model, told by what comes first.
+bool holds_reflections(const std::string& path) {
+  vxifstream in(path);
+  for (std::string text; in.getline(text);) {
+    if (text.rfind("_refln.", 0) == 0) return true;
+    if (text.rfind("_atom_site.", 0) == 0) return false;
+  }
+  return false;
+}
+
+bool describe_mtz(const std::string& path, const Console& console) {
   const std::unique_ptr<vxistream, CloseStream> stream(VXOpenIStream(path.c_str()));
   if (!stream) return console.fail(path + ": cannot be opened");
   std::vector<std::string> labels;
@@ -109,12 +122,7 @@ bool describe_reflections(const std::string& path, const Console& console) {
   std::ostream& out = console.out;
   line(out, "Format", "MTZ reflections");
   line(out, "Reflections", std::to_string(reflections.GetCount()));
-  const VXXtal::VXSymmetry symmetry = reflections.GetSymmetry();
-  const VXXtal::VXUnitCell& cell = symmetry.cell();
-  line(out, "Cell", cell_text(cell.a, cell.b, cell.c, cell.alpha, cell.beta, cell.gamma));
-  line(out, "Space group", group_text(symmetry.GetNumber()));
-  if (reflections.GetResolution() > 0)
-    line(out, "Resolution", format_text("%.2f A", reflections.GetResolution()));
+  describe_crystal(out, reflections);
   std::string columns;
   for (std::size_t i = 0; i < labels.size(); ++i)
     columns += (i == 0 ? "" : ", ") + labels[i] + " (" + types[i] + ")";
@@ -166,7 +174,10 @@ class InfoCommand : public Command {
   static bool describe(const std::string& path, const Console& console) {
     if (!std::filesystem::exists(path)) return console.fail(path + ": no such file");
     line(console.out, "File", path);
-    if (is_reflection_file(path)) return describe_reflections(path, console);
+    const std::string extension = VXFileExtension(path);
+    if (extension == "mtz") return describe_mtz(path, console);
+    if (is_reflection_file(path) && (extension != "cif" || holds_reflections(path)))
+      return describe_reflections(path, console);
     if (VXIsReadableGrid(path)) return describe_grid(path, console);
     return describe_model(path, console);
   }

@@ -3,6 +3,7 @@
 
 #include "command.h"
 #include "density_input.h"
+#include "reflection_input.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
 
@@ -13,7 +14,7 @@ namespace {
 class MapCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("REFLECTIONS", reflections_, "MTZ file")->required();
+    app.add_option("REFLECTIONS", reflections_, reflection_file_help)->required();
     app.add_option("-o,--output", output_, "Map file to write (.map, .ccp4, .mrc, .grd ...)")
         ->required();
     app.add_option("-t,--type", type_, "Map coefficients")

@@ -22,9 +22,16 @@ struct Entry {
 
 constexpr Entry commands[] = {
     {"info", "Say what a grid, map, reflection or model file holds", make_info_command},
-    {"convert", "Write a grid or map in another format", make_convert_command},
+    {"convert", "Write a grid, map or reflection file in another format", make_convert_command},
     {"map", "Make an electron-density map from a reflection file", make_map_command},
     {"score", "Score a model against a map by real-space correlation", make_score_command},
+    {"sf", "Calculate a model's structure factors for a list of reflections",
+     make_structure_factor_command},
+    {"gaussian", "Write a model as Gaussians on a grid", make_gaussian_command},
+    {"shape", "Tell volume, multipoles and inertial frame of a model", make_shape_command},
+    {"contact", "Write where two models touch", make_contact_command},
+    {"mask", "Clear a grid under a model, or around it", make_mask_command},
+    {"thin", "Thin the object in a grid to its skeleton", make_thin_command},
 };
 
 std::string command_names() {

@@ -10,6 +10,7 @@
 #include "command.h"
 #include "density_input.h"
 #include "length_option.h"
+#include "reflection_input.h"
 #include "vxgrid/density/model_density.h"
 #include "vxgrid/density/real_space_scores.h"
 #include "vxgrid/density/resolution.h"
@@ -59,10 +60,14 @@ class ScoreCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("MODEL", model_file_, "PDB or mmCIF file")->required();
-    app.add_option("MAP", map_file_, "Map file, or reflections (MTZ) to make a map from")
-        ->required();
+    app.add_option("MAP", map_file_, "Map file, or reflection file to make a map from")->required();
     app.add_option("-t,--type", type_, "Map coefficients, when MAP is a reflection file")
         ->check(CLI::IsMember(map_type_names()))
+        ->capture_default_str();
+    app.add_option("-c,--calc", calc_,
+                   "Compare with the model's density in real space, or with the map of its\n"
+                   "structure factors, for which MAP has to be a reflection file")
+        ->check(CLI::IsMember({"density", "sf"}))
         ->capture_default_str();
     app.add_option("-r,--radius", radius_,
                    "Radius around atoms (Angstrom); the default follows from the resolution")
@@ -83,11 +88,19 @@ class ScoreCommand : public Command {
     if (!read_density(map_file_, type_, map, console)) return false;
     if (!choose_radius(model, map, console)) return false;
     fill_in_scatter_defaults(model, console);
+    std::optional<VXSkewGrid> calculated;
+    if (calc_ == "sf") {
+      if (!is_reflection_file(map_file_))
+        return console.fail(map_file_ + ": --calc sf needs a reflection file");
+      if (!make_model_map(map_file_, type_, model, calculated.emplace(), console)) return false;
+    }
 
-    const std::optional<double> rscc = valid_score(VXRSCC(map, model, radius_));
-    const std::optional<double> rsr = valid_score(VXRSR(map, model, radius_));
+    const std::optional<double> rscc = valid_score(
+        calculated ? VXRSCC(map, *calculated, model, radius_) : VXRSCC(map, model, radius_));
+    const std::optional<double> rsr = valid_score(
+        calculated ? VXRSR(map, *calculated, model, radius_) : VXRSR(map, model, radius_));
     std::vector<ResidueScore> residues;
-    if (per_residue_) residues = score_residues(map, model, console);
+    if (per_residue_) residues = score_residues(map, calculated, model, console);
     if (json_)
       write_json(console.out, rscc, rsr, residues);
     else
@@ -109,15 +122,22 @@ class ScoreCommand : public Command {
     return true;
   }
 
-  std::vector<ResidueScore> score_residues(const VXSkewGrid& map, VXGraphMol& model,
-                                           const Console& console) const {
+  std::vector<ResidueScore> score_residues(const VXSkewGrid& map,
+                                           const std::optional<VXSkewGrid>& calculated,
+                                           VXGraphMol& model, const Console& console) const {
     {
       ProgressLine progress(console, "RSCC: residue");
-      VXResidueRSCC(map, model, radius_, progress);
+      if (calculated)
+        VXResidueRSCC(map, *calculated, model, radius_, progress);
+      else
+        VXResidueRSCC(map, model, radius_, progress);
     }
     {
       ProgressLine progress(console, "RSR: residue");
-      VXResidueRSR(map, model, radius_, progress);
+      if (calculated)
+        VXResidueRSR(map, *calculated, model, radius_, progress);
+      else
+        VXResidueRSR(map, model, radius_, progress);
     }
     std::vector<ResidueScore> scores;
     for (const VXResidue& residue : VXGetResiduesImpl(model)) {
@@ -140,7 +160,7 @@ class ScoreCommand : public Command {
                          number.c_str(), score.residue.GetName().c_str(), score.atoms,
                          score_text(score.rscc).c_str(), score_text(score.rsr).c_str());
     }
-    if (per_residue_)
+    if (per_residue_ && calc_ == "density")
       out << "(calculated density counts the model's own place once more among its symmetry "
              "mates)\n";
     out << "radius " << format_text("%.3f", radius_) << " A\n";
@@ -167,6 +187,7 @@ class ScoreCommand : public Command {
     writer.StartObject();
     text("model", model_file_);
     text("map", map_file_);
+    text("calc", calc_);
     number("radius", radius_);
     number("rscc", rscc);
     number("rsr", rsr);
@@ -196,6 +217,7 @@ class ScoreCommand : public Command {
   std::string model_file_;
   std::string map_file_;
   std::string type_ = "Fwt";
+  std::string calc_ = "density";
   double radius_ = 0;
   bool per_residue_ = false;
   bool json_ = false;
