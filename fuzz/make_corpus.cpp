@@ -6,6 +6,7 @@
 #include <filesystem>  // for path, create_directories
 #include <fstream>     // for ofstream
 #include <iostream>    // for cerr
+#include <optional>    // for optional
 #include <string>      // for string
 #include <utility>     // for swap
 #include <vector>      // for vector
@@ -13,16 +14,25 @@
 #define GEMMI_WRITE_IMPLEMENTATION
 #include <gemmi/mtz.hpp>  // for Mtz
 
+#include "vxgrid/gaussian/containers.h"
 #include "vxgrid/grid/brio_grid.h"
 #include "vxgrid/grid/grid_struct.h"
 #include "vxgrid/grid/legacy_file.h"
+#include "vxgrid/grid/scalar_grid.h"
+#include "vxgrid/grid/skew_grid.h"
 #include "vxgrid/gridio/ccp4_map.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
+#include "vxgrid/reflection/formats.h"
+#include "vxgrid/reflection/reflection.h"
+#include "vxgrid/serial/grid_fields.h"
+#include "vxgrid/serial/grid_json.h"
+#include "vxgrid/serial/reflection_vxb.h"
 #include "vxgrid/toolkit/mol/molecule.h"
 #include "vxgrid/toolkit/mol/molecule_file.h"
 #include "vxgrid/toolkit/mol/pdb_data.h"
 #include "vxgrid/toolkit/names.h"
+#include "vxgrid/toolkit/vxb/handler.h"
 
 namespace {
 
@@ -211,6 +221,144 @@ void make_mtz(const fs::path& folder) {
   write(folder / "mtz" / "seed", bytes);
 }
 
+void make_mmcif_map(const fs::path& folder) {
+  const std::string crystal =
+      "_cell.length_a 10\n_cell.length_b 12\n_cell.length_c 14\n_cell.angle_alpha 90\n"
+      "_cell.angle_beta 90\n_cell.angle_gamma 90\n_symmetry.space_group_name_H-M 'P 21 21 21'\n";
+  std::string merged = "loop_\n";
+  for (const char* item : {"index_h", "index_k", "index_l", "status", "F_meas_au", "F_calc",
+                           "phase_calc", "pdbx_FWT", "pdbx_PHWT", "pdbx_DELFWT", "pdbx_DELPHWT"})
+    merged += std::string("_refln.") + item + "\n";
+  merged += "1 2 1 o 10 9 30 12.5 40 2 140\n-2 0 3 f 7(2) ? ? 6 0 3 180\n";
+  std::string unmerged =
+      "loop_\n_diffrn_radiation.diffrn_id\n_diffrn_radiation.wavelength_id\n"
+      "1 1\nloop_\n";
+  for (const char* item : {"diffrn_id", "index_h", "index_k", "index_l", "intensity_net",
+                           "intensity_sigma", "pdbx_image_id"})
+    unmerged += std::string("_diffrn_refln.") + item + "\n";
+  unmerged += "1 1 2 1 100 5 1\n1 -1 2 1 90 5 2.5\n2 3 3 1 9 5 7\n";
+  write(folder / "mmcif_map" / "merged", "data_one\n" + crystal + merged);
+  write(folder / "mmcif_map" / "unmerged", "data_one\n" + crystal + unmerged);
+  write(folder / "mmcif_map" / "both", "data_one\n" + crystal + merged + "data_two\n" + unmerged);
+}
+
+void make_reflections(const fs::path& folder) {
+  VXCore::VXReflection set;
+  set.SetCount(2);
+  const std::array<int, 2> indices{-12, 3};
+  const std::array<float, 2> values{0.5f, 12.25f};
+  set.SetHKL(indices.data(), indices.data(), indices.data(), 2);
+  for (unsigned int column = 0; column <= VXCore::VXReflectionColumn::Stolsq; ++column)
+    set.SetColumn(column, values.data(), 2);
+  set.SetRFree(indices.data(), 2);
+  set.SetABCD(values.data(), values.data(), values.data(), values.data(), 2);
+  set.SetTitle("seed");
+  const std::array<float, 6> cell{10, 12, 14, 90, 90, 90};
+  set.SetSymmetry(VXCore::VXXtal::VXSymmetry(19, VXCore::VXXtal::VXUnitCell(cell.data())));
+  for (const char* format : {"vxx", "phs", "fob"}) {
+    const bool is_xplor = std::string(format) == "fob";
+    const fs::path path = folder / (std::string("reflection_") + (is_xplor ? "xplor" : format)) /
+                          ("seed." + std::string(format));
+    fs::create_directories(path.parent_path());
+    note(VXCore::VXWriteReflection(path.string(), set), path);
+  }
+  // The library reads these and writes none.
+  const std::string hkl = "HKL -12 3 1 10.5 0.25 90.0 0.75\nHKL 3 0 2 1e1 1 1000 0.5\n";
+  write(folder / "reflection_hkl" / "seed", hkl);
+  write(folder / "reflection_phs" / "hkl", hkl);
+  std::string cif = "data_seed\nloop_\n";
+  for (const char* item : {"index_h", "index_k", "index_l", "F_squared_meas", "F_meas_au",
+                           "F_meas_sigma_au", "F_calc", "phase_meas", "phase_calc", "fom"})
+    cif += std::string("_refln.") + item + "\n";
+  write(folder / "reflection_cif" / "seed",
+        cif + "-12 3 1 100 10.5 0.25 9 90 -90 0.75\n3 0 2 4 ? 1 . 0 0 1\n#\nloop_\n");
+}
+
+// The first byte says of which class the object is.
+void make_vxb(const fs::path& folder) {
+  VXCore::VXBinaryIOHandler handler;
+  VXCore::VXInitReflectionHandlers(handler);
+  const auto seed = [&](char kind, const VXCore::VXBase& object, const char* name) {
+    VXCore::vxosstream out;
+    note(handler.WriteObject(out, object), folder / "vxb" / name);
+    write(folder / "vxb" / name, kind + out.str());
+  };
+  VXCore::VXBrioGrid brio = crystal_grid();
+  brio.SetFloatsMultiple(2);
+  const VXCore::VXSkewGrid skew{VXCore::VXSkewGridImpl(brio)};
+  VXCore::VXScalarGrid scalar(2, 2, 2, 0, 0, 0, 1, "seed");
+  scalar.SetData("inner", skew);
+  VXCore::VXGaussian gaussian(1, 2, 3, 4, 5, 6);
+  gaussian.SetStringData("atom", "CA");
+  VXCore::VXGaussianContainer gaussians;
+  gaussians.AddGaussian(gaussian);
+  gaussians.AddGaussian(VXCore::VXGaussian());
+  gaussians.SetIntData("count", 2);
+  VXCore::VXReflection set;
+  set.SetCount(2);
+  const std::array<int, 2> indices{1, -2};
+  const std::array<float, 2> values{0.5f, 12.25f};
+  set.SetHKL(indices.data(), indices.data(), indices.data(), 2);
+  set.SetFobs(values.data(), 2);
+  set.SetRESO(0.1, 0.2);
+  VXCore::VXMultiGrid<int> fields;
+  fields.SetDim(2, 3, 2);
+  fields.SetNumGrids(2);
+  VXCore::VXContainer data;
+  data.SetBoolData("b", true);
+  data.SetData("u", 1u);
+  data.SetData("f", std::vector<float>{1, 2});
+  data.SetData("d", std::vector<double>{1, 2});
+  data.SetData("t", std::vector<std::string>{"a", "bc"});
+  data.SetData("c", std::array<float, 6>{});
+  data.SetData("p", std::array<float, 3>{});
+  seed(0, scalar, "scalar");
+  seed(1, skew, "skew");
+  seed(2, brio, "brio");
+  seed(3, gaussian, "gaussian");
+  seed(4, gaussians, "gaussians");
+  seed(5, set, "reflections");
+  seed(6, fields, "fields");
+  seed(7, data, "data");
+}
+
+void make_json_and_records(const fs::path& folder) {
+  const VXCore::VXSkewGrid skew{VXCore::VXSkewGridImpl(crystal_grid())};
+  VXCore::VXScalarGrid scalar(2, 2, 3, 0, 0, 0, 1, "seed");
+  scalar.SetType(VXCore::VXGridType::Ux);
+  scalar.SetData("inner", skew);
+  scalar.SetData("grids", std::vector<VXCore::VXScalarGrid>(2));
+  scalar.SetData("d", 0.1);
+  scalar.SetData("u", std::vector<unsigned int>{1, 2});
+  scalar.SetData("t", std::vector<std::string>{"a", "bc"});
+  scalar.SetData("c", std::array<float, 6>{});
+  scalar.SetBoolData("b", true);
+  const auto document = [](const auto& grid) {
+    return VXCore::VXGridToJSON(grid, VXCore::grid_json_flavor);
+  };
+  write(folder / "grid_json" / "scalar", document(scalar));
+  write(folder / "grid_json" / "skew", document(skew));
+  write(folder / "grid_json" / "empty", document(VXCore::VXScalarGrid()));
+
+  using Vector = std::vector<std::optional<VXCore::VXSkewGrid>>;
+  const Vector grids{skew, std::nullopt, VXCore::VXSkewGrid()};
+  const VXPipe::VXField<Vector> field("grids");
+  VXPipe::VXRecord record;
+  VXPipe::VXSetGridValue(record, VXPipe::VXField<VXCore::VXScalarGrid>("scalar"), scalar);
+  VXPipe::VXSetValue(record, field, grids);
+  VXPipe::VXSetValue(record, VXPipe::VXField<int>("int"), 7);
+  VXPipe::VXSetValue(record, VXPipe::VXField<double>("double"), 0.5);
+  VXPipe::VXSetValue(record, VXPipe::VXField<std::string>("text"), std::string("seed"));
+  const auto seed = [&](const char* name, const VXPipe::VXBytes& bytes) {
+    write(folder / "record" / name, {bytes.begin(), bytes.end()});
+  };
+  seed("record", record.ToBytes());
+  seed("scalar", VXPipe::VXFieldType<VXCore::VXScalarGrid>::ToBytes(scalar));
+  seed("vector", record.GetBytes(field));
+  write(folder / "record" / "json",
+        VXPipe::VXVectorFieldType<VXCore::VXSkewGrid>().BytesToJSON(record.GetBytes(field)));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -225,5 +373,9 @@ int main(int argc, char** argv) {
   make_legacy(folder);
   make_molecules(folder);
   make_mtz(folder);
+  make_mmcif_map(folder);
+  make_reflections(folder);
+  make_vxb(folder);
+  make_json_and_records(folder);
   return all_written ? 0 : 1;
 }

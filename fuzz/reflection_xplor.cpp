@@ -1,0 +1,7 @@
+// Feeds arbitrary bytes to the reader of X-PLOR reflection files.
+#include "reflection_probe.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  probe_text_reader(VXCore::VXReadReflectionXPLOR, data, size);
+  return 0;
+}
