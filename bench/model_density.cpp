@@ -16,17 +16,16 @@
 #include <random>
 #include <vector>
 
+#include "model_atoms.h"
 #include "vxgrid/vxgrid.h"
 
 namespace {
 
 using namespace VXCore;
-
-struct Atom {
-  unsigned int element;
-  float xyz[3];
-  float b_factor;
-};
+using vxgrid_bench::Atom;
+using vxgrid_bench::gemmi_model;
+using vxgrid_bench::our_model;
+using vxgrid_bench::protein_elements;
 
 /// A ball of atoms at the density of a protein, elements and B-factors as in one.
 const std::vector<Atom>& protein_like() {
@@ -35,49 +34,19 @@ const std::vector<Atom>& protein_like() {
     const auto uniform = [&](double low, double high) {
       return low + (high - low) * (static_cast<double>(random()) / 4294967296.0);
     };
-    constexpr unsigned int elements[] = {6, 6, 6, 6, 6, 7, 7, 8, 8, 16};
     std::vector<Atom> made;
     constexpr double radius = 17.7;
     while (made.size() < 1200) {
       const double x = uniform(-radius, radius), y = uniform(-radius, radius),
                    z = uniform(-radius, radius);
       if (x * x + y * y + z * z > radius * radius) continue;
-      made.push_back({elements[random() % 10],
+      made.push_back({protein_elements[random() % 10],
                       {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)},
                       static_cast<float>(uniform(10, 40))});
     }
     return made;
   }();
   return atoms;
-}
-
-VXGraphMol our_model() {
-  VXGraphMol mol;
-  for (const Atom& made : protein_like()) {
-    VXAtomBase* atom = mol.NewAtom(made.element);
-    mol.SetCoords(atom, made.xyz);
-    VXResidue residue;
-    residue.SetBFactor(made.b_factor);
-    residue.SetOccupancy(1);
-    VXAtomSetResidue(atom, residue);
-  }
-  return mol;
-}
-
-gemmi::Model gemmi_model() {
-  gemmi::Residue residue;
-  for (const Atom& made : protein_like()) {
-    gemmi::Atom atom;
-    atom.element = gemmi::Element(static_cast<int>(made.element));
-    atom.pos = {made.xyz[0] + 25.0, made.xyz[1] + 25.0, made.xyz[2] + 25.0};
-    atom.b_iso = made.b_factor;
-    residue.atoms.push_back(atom);
-  }
-  gemmi::Chain chain("A");
-  chain.residues.push_back(residue);
-  gemmi::Model model("1");
-  model.chains.push_back(chain);
-  return model;
 }
 
 /// Points strictly within the reach of an atom, where its widest Gaussian is at 1/e.
@@ -125,7 +94,7 @@ void check_against_gemmi() {
 }
 
 void vxgrid_density(benchmark::State& state) {
-  const VXGraphMol mol = our_model();
+  const VXGraphMol mol = our_model(protein_like());
   VXSkewGrid grid;
   for (auto _ : state) {
     VXMakeGaussianScatterGrid(grid, mol, 0.5);
@@ -137,7 +106,7 @@ BENCHMARK(vxgrid_density)->Unit(benchmark::kMillisecond);
 
 /// Only the deposit, the lattice and the molecule being there already.
 void vxgrid_density_deposit(benchmark::State& state) {
-  const VXGraphMol mol = our_model();
+  const VXGraphMol mol = our_model(protein_like());
   VXSkewGrid grid;
   VXMakeGaussianScatterGrid(grid, mol, 0.5);
   for (auto _ : state) {
@@ -149,7 +118,7 @@ void vxgrid_density_deposit(benchmark::State& state) {
 BENCHMARK(vxgrid_density_deposit)->Unit(benchmark::kMillisecond);
 
 void gemmi_density(benchmark::State& state) {
-  const gemmi::Model model = gemmi_model();
+  const gemmi::Model model = gemmi_model(protein_like(), 25.0);
   gemmi::DensityCalculator<gemmi::IT92<double>, float> calculator;
   calculator.grid.unit_cell.set(50, 50, 50, 90, 90, 90);
   calculator.grid.spacegroup = gemmi::find_spacegroup_by_name("P 1");
@@ -173,7 +142,7 @@ void gemmi_density(benchmark::State& state) {
 BENCHMARK(gemmi_density)->Unit(benchmark::kMillisecond);
 
 void vxgrid_expansion(benchmark::State& state) {
-  VXGraphMol mol = our_model();
+  VXGraphMol mol = our_model(protein_like());
   VXXtal::VXXtalSymmetry::SetSymmetry(
       mol, VXXtal::VXSymmetry("P 21 21 21", VXXtal::VXUnitCell(50, 50, 50, 90, 90, 90)), false);
   VXSkewGrid grid;

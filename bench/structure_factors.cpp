@@ -11,27 +11,25 @@
 #include <cstdint>
 #include <cstdlib>
 #include <gemmi/it92.hpp>
-#include <gemmi/model.hpp>
 #include <gemmi/sfcalc.hpp>
 #include <gemmi/symmetry.hpp>
 #include <random>
 #include <vector>
 
+#include "model_atoms.h"
 #include "vxgrid/vxgrid.h"
 
 namespace {
 
 using namespace VXCore;
+using vxgrid_bench::Atom;
+using vxgrid_bench::gemmi_model;
+using vxgrid_bench::our_model;
+using vxgrid_bench::protein_elements;
 
 constexpr float edge = 38;
 constexpr double resolution = 1.5;
 constexpr std::size_t operators = 4;
-
-struct Atom {
-  unsigned int element;
-  float xyz[3];
-  float b_factor;
-};
 
 /// Elements and B-factors as in a protein, anywhere in the asymmetric unit.
 const std::vector<Atom>& protein_like() {
@@ -41,10 +39,9 @@ const std::vector<Atom>& protein_like() {
       return static_cast<float>(low +
                                 (high - low) * (static_cast<double>(random()) / 4294967296.0));
     };
-    constexpr unsigned int elements[] = {6, 6, 6, 6, 6, 7, 7, 8, 8, 16};
     std::vector<Atom> made(1200);
     for (Atom& atom : made)
-      atom = {elements[random() % 10],
+      atom = {protein_elements[random() % 10],
               {uniform(0, edge / 2), uniform(0, edge / 2), uniform(0, edge)},
               uniform(10, 40)};
     return made;
@@ -56,35 +53,6 @@ gemmi::UnitCell gemmi_cell() {
   gemmi::UnitCell cell(edge, edge, edge, 90, 90, 90);
   cell.set_cell_images_from_spacegroup(gemmi::find_spacegroup_by_number(19));
   return cell;
-}
-
-gemmi::Model gemmi_model() {
-  gemmi::Residue residue;
-  for (const Atom& made : protein_like()) {
-    gemmi::Atom atom;
-    atom.element = gemmi::Element(static_cast<int>(made.element));
-    atom.pos = {made.xyz[0], made.xyz[1], made.xyz[2]};
-    atom.b_iso = made.b_factor;
-    residue.atoms.push_back(atom);
-  }
-  gemmi::Chain chain("A");
-  chain.residues.push_back(residue);
-  gemmi::Model model("1");
-  model.chains.push_back(chain);
-  return model;
-}
-
-VXGraphMol our_model() {
-  VXGraphMol mol;
-  for (const Atom& made : protein_like()) {
-    VXAtomBase* atom = mol.NewAtom(made.element);
-    mol.SetCoords(atom, made.xyz);
-    VXResidue residue;
-    residue.SetBFactor(made.b_factor);
-    residue.SetOccupancy(1);
-    VXAtomSetResidue(atom, residue);
-  }
-  return mol;
 }
 
 /// The asymmetric unit of the reflections.
@@ -120,7 +88,7 @@ std::int64_t term_count(std::size_t reflections) {
 }
 
 void vxgrid_structure_factors(benchmark::State& state) {
-  const VXGraphMol model = our_model();
+  const VXGraphMol model = our_model(protein_like());
   const std::vector<gemmi::Miller> list = reflection_list();
   VXReflection set = our_reflections(list);
   for (auto _ : state) {
@@ -132,7 +100,7 @@ BENCHMARK(vxgrid_structure_factors)->Unit(benchmark::kMillisecond);
 
 void gemmi_structure_factors(benchmark::State& state) {
   const gemmi::UnitCell cell = gemmi_cell();
-  const gemmi::Model model = gemmi_model();
+  const gemmi::Model model = gemmi_model(protein_like(), 0.0);
   std::vector<gemmi::Miller> list;
   const std::vector<gemmi::Miller> all = reflection_list();
   for (std::size_t i = 0; i < all.size(); i += 50)
@@ -148,7 +116,7 @@ void gemmi_structure_factors(benchmark::State& state) {
 
   VXReflection set = our_reflections(list);
   std::vector<float> amplitudes(list.size());
-  if (!set.SFCalc(our_model()) || !set.GetFcalc(amplitudes.data())) std::abort();
+  if (!set.SFCalc(our_model(protein_like())) || !set.GetFcalc(amplitudes.data())) std::abort();
   double sum = 0, difference = 0;
   for (std::size_t i = 0; i < list.size(); ++i) {
     sum += std::abs(factors[i]);

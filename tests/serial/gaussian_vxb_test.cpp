@@ -6,29 +6,19 @@
 
 #include "support/bad_input.h"
 #include "support/vxb_bytes.h"
+#include "support/vxb_objects.h"
 #include "vxgrid/grid/scalar_grid.h"
 
 namespace VXCore {
 namespace {
 
 using vxgrid_test::bytes_of;
+using vxgrid_test::vxb_read;
 using vxgrid_test::vxb_record;
+using vxgrid_test::vxb_written;
 using vxgrid_test::VXBTurner;
 using VXHost::vxisstream;
 using VXHost::vxosstream;
-
-std::string written(const VXBase& object) {
-  static VXBinaryIOHandler handler;
-  vxosstream out;
-  EXPECT_TRUE(handler.WriteObject(out, object));
-  return out.str();
-}
-
-unsigned int read(const std::string& bytes, VXBase& object) {
-  static VXBinaryIOHandler handler;
-  vxisstream in(bytes);
-  return handler.ReadObject(in, object);
-}
 
 std::string unknown() {
   return vxb_record("Future", "abc");
@@ -81,28 +71,29 @@ TEST(GaussianVXB, a_plain_gaussian_is_six_numbers_with_a_head_each) {
   body += std::string("\1\4\3\2\1");
   for (const float number : {3.0f, 4.0f, 5.0f})
     body += '\1' + bytes_of(number);
-  EXPECT_EQ(written(g), vxb_record("VXGaussian", body));
+  EXPECT_EQ(vxb_written(g), vxb_record("VXGaussian", body));
   VXGaussianContainer c;
   c.AddGaussian(g);
   c.AddGaussian(g);
-  EXPECT_EQ(written(c), vxb_record("VXGaussianCont", std::string("\1\2\0\0\0", 5) + body + body));
+  EXPECT_EQ(vxb_written(c),
+            vxb_record("VXGaussianCont", std::string("\1\2\0\0\0", 5) + body + body));
 }
 
 TEST(GaussianVXB, gaussians_and_containers_survive_with_tags_and_in_the_other_byte_order) {
-  const std::string bytes = written(tagged_gaussian());
+  const std::string bytes = vxb_written(tagged_gaussian());
   for (const std::string& source : {bytes, VXBTurner::turned(bytes)}) {
     VXGaussian back;
-    ASSERT_EQ(read(source, back), 0u);
+    ASSERT_EQ(vxb_read(source, back), 0u);
     expect_same(tagged_gaussian(), back);
-    EXPECT_EQ(written(back), bytes);
+    EXPECT_EQ(vxb_written(back), bytes);
     EXPECT_NE(bytes.find(unknown()), std::string::npos);
   }
   for (const bool tagged : {false, true}) {
     const VXGaussianContainer c = container(tagged);
-    const std::string all = written(c);
+    const std::string all = vxb_written(c);
     for (const std::string& source : {all, VXBTurner::turned(all)}) {
       VXGaussianContainer back;
-      ASSERT_EQ(read(source, back), 0u);
+      ASSERT_EQ(vxb_read(source, back), 0u);
       ASSERT_EQ(back.NumGaussians(), 5u);
       EXPECT_EQ(back.GetIntData("of"), tagged ? 5 : 0);
       VXIter<const VXGaussianBase> given(c.GetGaussians());
@@ -112,7 +103,7 @@ TEST(GaussianVXB, gaussians_and_containers_survive_with_tags_and_in_the_other_by
         expect_same(*expected, g);
         ++expected;
       }
-      EXPECT_EQ(written(back), all);
+      EXPECT_EQ(vxb_written(back), all);
     }
   }
 }
@@ -122,37 +113,37 @@ TEST(GaussianVXB, reading_stops_at_a_bad_head_and_keeps_what_came_before) {
     std::string head;
     unsigned int status;
   } const cases[] = {{"\1", 0}, {"\41", 0}, {"\201", 0}, {"\2", 2}, {"\0", 2}, {"\37", 2}};
-  const std::string body = written(container(false)).substr(19);
+  const std::string body = vxb_written(container(false)).substr(19);
   for (const auto& c : cases) {
     std::string changed = body;
     changed[5 + 5] = c.head[0];
     VXGaussianContainer back;
-    EXPECT_EQ(read(vxb_record("VXGaussianCont", changed), back), c.status);
+    EXPECT_EQ(vxb_read(vxb_record("VXGaussianCont", changed), back), c.status);
     EXPECT_EQ(back.NumGaussians(), c.status == 0 ? 5u : 0u);
   }
   for (const std::size_t kept : {4u, 5u, 34u, 35u, 64u}) {
     VXGaussianContainer back;
-    EXPECT_EQ(read(vxb_record("VXGaussianCont", body.substr(0, kept)), back), 2u) << kept;
+    EXPECT_EQ(vxb_read(vxb_record("VXGaussianCont", body.substr(0, kept)), back), 2u) << kept;
     EXPECT_EQ(back.NumGaussians(), kept < 35 ? 0u : 1u) << kept;
   }
   VXGaussian gaussian;
-  EXPECT_EQ(read(vxb_record("VXGaussian", body.substr(5, 30) + "\11VXB"), gaussian), 2u);
+  EXPECT_EQ(vxb_read(vxb_record("VXGaussian", body.substr(5, 30) + "\11VXB"), gaussian), 2u);
   VXGaussianContainer back;
-  EXPECT_EQ(read(written(container(false)).substr(0, 60), back), 4u);
+  EXPECT_EQ(vxb_read(vxb_written(container(false)).substr(0, 60), back), 4u);
   EXPECT_EQ(back.NumGaussians(), 0u);
 }
 
 template <class Object>
 void check_bad_input(const Object& object) {
-  const std::string good = written(object);
+  const std::string good = vxb_written(object);
   vxgrid_test::for_every_cut(good, [&](const std::string& cut, std::size_t length) {
     Object back;
-    EXPECT_NE(read(cut, back), 0u) << length;
+    EXPECT_NE(vxb_read(cut, back), 0u) << length;
   });
   vxgrid_test::for_random_bytes(good, 1000, [&](const std::string& bytes) {
     Object back;
-    read(bytes, back);
-    written(back);
+    vxb_read(bytes, back);
+    vxb_written(back);
   });
 }
 

@@ -10,6 +10,7 @@
 #include "support/bad_input.h"
 #include "support/grid_probes.h"
 #include "support/vxb_bytes.h"
+#include "support/vxb_objects.h"
 #include "vxgrid/crystal/symmetry.h"
 #include "vxgrid/grid/contours.h"
 #include "vxgrid/toolkit/mol/molecule.h"
@@ -20,24 +21,13 @@ namespace {
 
 using vxgrid_test::bytes_of;
 using vxgrid_test::values_of;
+using vxgrid_test::vxb_read;
 using vxgrid_test::vxb_record;
 using vxgrid_test::vxb_tagged_data;
+using vxgrid_test::vxb_written;
 using vxgrid_test::VXBTurner;
 using VXHost::vxisstream;
 using VXHost::vxosstream;
-
-std::string written(const VXBase& object) {
-  static VXBinaryIOHandler handler;
-  vxosstream out;
-  EXPECT_TRUE(handler.WriteObject(out, object));
-  return out.str();
-}
-
-unsigned int read(const std::string& bytes, VXBase& object) {
-  static VXBinaryIOHandler handler;
-  vxisstream in(bytes);
-  return handler.ReadObject(in, object);
-}
 
 std::string unknown() {
   return vxb_record("Future", "abc");
@@ -57,7 +47,7 @@ void expect_tags(const Grid& grid) {
   ASSERT_EQ(VXNumContours(grid), 1u);
   EXPECT_EQ(VXGetContourLevel(grid, 0), 2.5f);
   EXPECT_EQ(VXGetContourColor(grid, 0).GetPackedColor(), 0xff00ff00u);
-  EXPECT_NE(written(grid).find(unknown()), std::string::npos);
+  EXPECT_NE(vxb_written(grid).find(unknown()), std::string::npos);
 }
 
 VXScalarGrid scalar_grid() {
@@ -141,22 +131,22 @@ void expect_same(const VXSkewGrid& a, const VXSkewGrid& b) {
 
 template <class Grid>
 void check_survival(const Grid& grid) {
-  const std::string bytes = written(grid);
+  const std::string bytes = vxb_written(grid);
   for (const std::string& source : {bytes, VXBTurner::turned(bytes)}) {
     Grid back;
-    ASSERT_EQ(read(source, back), VXBStatus::Success);
+    ASSERT_EQ(vxb_read(source, back), VXBStatus::Success);
     expect_same(grid, back);
     expect_tags(back);
-    EXPECT_EQ(written(back), bytes);
+    EXPECT_EQ(vxb_written(back), bytes);
   }
   // As a datum of a molecule that has other data too.
   VXMol::VXGraphMol mol;
   mol.SetData("density", grid);
   mol.SetIntData("number", 4);
-  const std::string datum = written(mol);
+  const std::string datum = vxb_written(mol);
   for (const std::string& source : {datum, VXBTurner::turned(datum)}) {
     VXMol::VXGraphMol back;
-    ASSERT_EQ(read(source, back), VXBStatus::Success);
+    ASSERT_EQ(vxb_read(source, back), VXBStatus::Success);
     EXPECT_EQ(back.GetIntData("number"), 4);
     const Grid* value = back.FindDataValue<Grid>("density");
     ASSERT_TRUE(value);
@@ -173,11 +163,12 @@ TEST(GridVXB, grids_survive_with_tags_and_unknown_records_and_in_the_other_byte_
 
 template <class Grid>
 void check_unknown_inside(const Grid& grid, const std::string& tag) {
-  const std::string payload = written(grid).substr(5 + tag.size());
+  const std::string payload = vxb_written(grid).substr(5 + tag.size());
   Grid back;
-  ASSERT_EQ(read(vxb_record(tag, payload + vxb_record("New", "1234")), back), VXBStatus::Success);
+  ASSERT_EQ(vxb_read(vxb_record(tag, payload + vxb_record("New", "1234")), back),
+            VXBStatus::Success);
   expect_same(grid, back);
-  EXPECT_NE(written(back).find(unknown() + vxb_record("New", "1234")), std::string::npos);
+  EXPECT_NE(vxb_written(back).find(unknown() + vxb_record("New", "1234")), std::string::npos);
 }
 
 TEST(GridVXB, an_unknown_record_inside_that_of_a_grid_is_kept) {
@@ -187,15 +178,15 @@ TEST(GridVXB, an_unknown_record_inside_that_of_a_grid_is_kept) {
 
 TEST(GridVXB, grids_of_which_nothing_is_set_come_back_so) {
   VXBrioGrid brio;
-  ASSERT_EQ(read(written(VXBrioGrid()), brio), VXBStatus::Success);
+  ASSERT_EQ(vxb_read(vxb_written(VXBrioGrid()), brio), VXBStatus::Success);
   expect_same(VXBrioGrid(), brio);
   EXPECT_FALSE(brio.GetOrientationSet() || brio.HasUnitCell() || brio.IsSpacingSet() ||
                brio.IsTitleSet() || brio.GetBaseImpl());
   VXSkewGrid skew;
-  ASSERT_EQ(read(written(VXSkewGrid()), skew), VXBStatus::Success);
+  ASSERT_EQ(vxb_read(vxb_written(VXSkewGrid()), skew), VXBStatus::Success);
   expect_same(VXSkewGrid(), skew);
   VXScalarGrid scalar;
-  ASSERT_EQ(read(written(VXScalarGrid()), scalar), VXBStatus::Success);
+  ASSERT_EQ(vxb_read(vxb_written(VXScalarGrid()), scalar), VXBStatus::Success);
   EXPECT_FALSE(scalar.IsSpacingSet() || scalar.IsTitleSet());
   EXPECT_EQ(scalar.GetSize(), 0u);
 }
@@ -203,14 +194,14 @@ TEST(GridVXB, grids_of_which_nothing_is_set_come_back_so) {
 TEST(GridVXB, skew_and_scalar_grids_without_tags_start_with_a_placeholder) {
   const std::string placeholder =
       vxb_tagged_data(vxb_record("int", std::string("\0\13vx_deleteme", 13) + bytes_of(1)));
-  EXPECT_EQ(written(VXSkewGrid()).find(placeholder), 15u);
-  EXPECT_EQ(written(VXScalarGrid()).find(placeholder), 17u);
+  EXPECT_EQ(vxb_written(VXSkewGrid()).find(placeholder), 15u);
+  EXPECT_EQ(vxb_written(VXScalarGrid()).find(placeholder), 17u);
   VXSkewGrid tagged;
   tagged.SetIntData("a", 1);
-  EXPECT_EQ(written(tagged).find("vx_deleteme"), std::string::npos);
+  EXPECT_EQ(vxb_written(tagged).find("vx_deleteme"), std::string::npos);
   VXScalarGrid tagged_scalar;
   tagged_scalar.SetIntData("a", 1);
-  EXPECT_EQ(written(tagged_scalar).find(placeholder), 17u);
+  EXPECT_EQ(vxb_written(tagged_scalar).find(placeholder), 17u);
 }
 
 // The example of docs/vxb_format.md.
@@ -226,18 +217,18 @@ TEST(GridVXB, a_small_scalar_grid_is_these_bytes) {
       "\0\0\0\x3f\0\0\0\0\0\0\0\0\0\0\0\0"
       "\2\0\0\0\1\0\0\0\1\0\0\0\2\0\0\0\0\0\x80\x3f\0\0\0\x40",
       48);
-  EXPECT_EQ(written(grid),
+  EXPECT_EQ(vxb_written(grid),
             vxb_record("VXScalarGrid",
                        vxb_tagged_data(lead) + std::string("\0\0\1\3\0\0\0", 7) +
                            vxb_record("VXFixedGridFloat", lattice + vxb_tagged_data(tags))));
-  EXPECT_EQ(written(grid).size(), 163u);
+  EXPECT_EQ(vxb_written(grid).size(), 163u);
 }
 
 TEST(GridVXB, the_symmetry_of_a_grid_is_left_out) {
   VXSkewGrid grid = skew_grid();
   grid.SetData("vx_symm", VXXtal::VXSymmetry());
   VXSkewGrid back;
-  ASSERT_EQ(read(written(grid), back), VXBStatus::Success);
+  ASSERT_EQ(vxb_read(vxb_written(grid), back), VXBStatus::Success);
   EXPECT_FALSE(back.HasData("vx_symm"));
   expect_same(grid, back);
 }
@@ -308,12 +299,12 @@ TEST(GridVXB, handlers_are_registered_in_their_order_and_known_to_every_handler)
   object.SetData("grid", scalar_grid());
   vxosstream out;
   EXPECT_TRUE(stream.GetBinaryIOHandler().WriteObject(out, object));
-  EXPECT_EQ(out.str(), written(object)) << "a second registration changes nothing";
+  EXPECT_EQ(out.str(), vxb_written(object)) << "a second registration changes nothing";
 }
 
 // The fields of a "VXBrioGridData" payload of a grid with an orientation.
 std::string brio_data() {
-  const std::string bytes = written(brio_grid());
+  const std::string bytes = vxb_written(brio_grid());
   const std::size_t at = bytes.find("VXBrioGridData") + 14;
   return bytes.substr(at + 4, vxgrid_test::number_at<unsigned int>(bytes, at));
 }
@@ -356,7 +347,7 @@ TEST(GridVXB, counts_of_fields_that_no_bytes_stand_for_are_refused) {
                                                           {0xffffffff, VXBStatus::ShortRecord}}) {
     data.replace(39, 4, bytes_of(count));
     VXBrioGrid grid;
-    EXPECT_EQ(read(vxb_record("VXBrioGrid", vxb_record("VXBrioGridData", data)), grid), status);
+    EXPECT_EQ(vxb_read(vxb_record("VXBrioGrid", vxb_record("VXBrioGridData", data)), grid), status);
     EXPECT_LE(grid.GetFloats().GetNumGrids(), 40u);
   }
   // More fields in use than the record goes on to bring.
@@ -364,12 +355,12 @@ TEST(GridVXB, counts_of_fields_that_no_bytes_stand_for_are_refused) {
   grid.SetFloatsMultiple(200);
   grid.GetFloats().SetNumGrids(2);
   VXBrioGrid back;
-  EXPECT_EQ(read(written(grid), back), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(vxb_written(grid), back), VXBStatus::Success);
   EXPECT_EQ(back.GetFloatsMultiple(), 2);
   data.replace(39, 4, bytes_of(40));
-  std::string bytes = written(brio_grid());
+  std::string bytes = vxb_written(brio_grid());
   bytes.replace(bytes.find("VXBrioGridData") + 18, data.size(), data);
-  EXPECT_EQ(read(bytes, back), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(bytes, back), VXBStatus::Success);
   EXPECT_EQ(back.GetFloatsMultiple(), 3);
 }
 
@@ -382,29 +373,30 @@ TEST(GridVXB, grids_in_grids_do_not_count_on_the_same_bytes) {
       vxb_record("VXBrioGrid", data + vxb_record("x", std::string(2200, 'x')));
   const std::string datum = vxb_record("VXBaseVXBrioGrid", "\1n" + inner);
   VXBrioGrid grid;
-  EXPECT_EQ(read(inner, grid), VXBStatus::Success);
-  EXPECT_EQ(read(vxb_record("VXBrioGrid", vxb_tagged_data(datum)), grid), VXBStatus::Success);
-  EXPECT_EQ(read(vxb_record("VXBrioGrid", data + vxb_tagged_data(datum)), grid), VXBStatus::Success)
+  EXPECT_EQ(vxb_read(inner, grid), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(vxb_record("VXBrioGrid", vxb_tagged_data(datum)), grid), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(vxb_record("VXBrioGrid", data + vxb_tagged_data(datum)), grid),
+            VXBStatus::Success)
       << "the outer grid has its fields already";
   VXBrioGrid fresh;
-  EXPECT_EQ(read(vxb_record("VXBrioGrid", data + vxb_tagged_data(datum)), fresh),
+  EXPECT_EQ(vxb_read(vxb_record("VXBrioGrid", data + vxb_tagged_data(datum)), fresh),
             VXBStatus::ShortRecord);
 }
 
 TEST(GridVXB, a_skew_grid_takes_the_record_of_a_brio_grid) {
   VXSkewGrid skew;
-  EXPECT_EQ(read(written(brio_grid()), skew), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(vxb_written(brio_grid()), skew), VXBStatus::Success);
   expect_same(brio_grid(), skew.GetImpl().GetImpl());
-  EXPECT_EQ(read(vxb_record("VXBrioGrid", "\3ab"), skew), VXBStatus::Success) << "always";
+  EXPECT_EQ(vxb_read(vxb_record("VXBrioGrid", "\3ab"), skew), VXBStatus::Success) << "always";
   // Of another class it is unknown, which is no failure.
   VXScalarGrid scalar;
-  EXPECT_EQ(read(written(brio_grid()), scalar), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(vxb_written(brio_grid()), scalar), VXBStatus::Success);
   EXPECT_EQ(scalar.GetSize(), 0u);
-  EXPECT_NE(written(scalar).find(written(brio_grid())), std::string::npos);
+  EXPECT_NE(vxb_written(scalar).find(vxb_written(brio_grid())), std::string::npos);
 }
 
 TEST(GridVXB, a_scalar_grid_record_that_ends_early_says_where) {
-  const std::string record = written(scalar_grid());
+  const std::string record = vxb_written(scalar_grid());
   const std::size_t head = 17;
   const std::string payload = record.substr(head);
   const std::size_t lead = 9 + 1 + 4 + vxgrid_test::number_at<unsigned int>(payload, 10);
@@ -416,7 +408,7 @@ TEST(GridVXB, a_scalar_grid_record_that_ends_early_says_where) {
                                                          {lead + 7, VXBStatus::Success},
                                                          {lead + 8, VXBStatus::NoTag}}) {
     VXScalarGrid grid;
-    EXPECT_EQ(read(vxb_record("VXScalarGrid", payload.substr(0, kept)), grid), status) << kept;
+    EXPECT_EQ(vxb_read(vxb_record("VXScalarGrid", payload.substr(0, kept)), grid), status) << kept;
     EXPECT_EQ(grid.GetType(), kept >= lead + 7 ? 99u : 0u) << kept;
     EXPECT_FALSE(grid.HasData("vx_deleteme"));
   }
@@ -453,7 +445,7 @@ TEST(GridVXB, a_datum_without_a_value_or_a_name_comes_back_empty) {
   } const cases[] = {{"\4name", "name"}, {"\4na", ""}, {std::string("\0", 1), ""}};
   for (const auto& c : cases) {
     VXContainer object;
-    EXPECT_EQ(read(vxb_tagged_data(vxb_record("VXBaseVXSkewGrid", c.payload)), object),
+    EXPECT_EQ(vxb_read(vxb_tagged_data(vxb_record("VXBaseVXSkewGrid", c.payload)), object),
               VXBStatus::Success);
     const auto* value = object.FindDataValue<VXSkewGrid>(c.name);
     ASSERT_TRUE(value) << c.name;
@@ -478,15 +470,15 @@ TEST(GridVXB, records_of_length_0_leave_grids_alone) {
 
 template <class Grid>
 void check_bad_input(const Grid& grid) {
-  const std::string good = written(grid);
+  const std::string good = vxb_written(grid);
   vxgrid_test::for_every_cut(good, [&](const std::string& cut, std::size_t length) {
     Grid back;
-    EXPECT_NE(read(cut, back), VXBStatus::Success) << length;
+    EXPECT_NE(vxb_read(cut, back), VXBStatus::Success) << length;
   });
   vxgrid_test::for_random_bytes(good, 1000, [&](const std::string& bytes) {
     Grid back;
-    read(bytes, back);
-    written(back);
+    vxb_read(bytes, back);
+    vxb_written(back);
     EXPECT_LE(back.GetSize(), 16 * bytes.size());
   });
 }
@@ -509,7 +501,7 @@ TEST(GridVXB, grids_in_grids_survive_down_to_the_deepest_level_and_no_deeper) {
     vxosstream out;
     if (!handler.WriteObject(out, next)) break;
     VXScalarGrid back;
-    ASSERT_EQ(read(out.str(), back), VXBStatus::Success) << levels;
+    ASSERT_EQ(vxb_read(out.str(), back), VXBStatus::Success) << levels;
     grid = next;
   }
   EXPECT_EQ(levels, 31) << "a level takes four records";

@@ -9,6 +9,7 @@
 
 #include "support/bad_input.h"
 #include "support/vxb_bytes.h"
+#include "support/vxb_objects.h"
 #include "vxgrid/toolkit/core/host_grids.h"
 #include "vxgrid/toolkit/mol/molecule.h"
 #include "vxgrid/toolkit/vxb/records.h"
@@ -16,27 +17,16 @@
 namespace VXCore {
 namespace {
 
+using vxgrid_test::vxb_read;
 using vxgrid_test::vxb_record;
 using vxgrid_test::vxb_tagged_data;
+using vxgrid_test::vxb_written;
 using vxgrid_test::VXBTurner;
 using VXHost::vxisstream;
 using VXHost::vxosstream;
 
 // Knows nothing but what a test gives it.
 class BareHandler : public VXBinaryIOHandlerBase {};
-
-std::string written(const VXBase& object) {
-  static VXBinaryIOHandler handler;
-  vxosstream out;
-  EXPECT_TRUE(handler.WriteObject(out, object));
-  return out.str();
-}
-
-unsigned int read(const std::string& bytes, VXBase& object) {
-  static VXBinaryIOHandler handler;
-  vxisstream in(bytes);
-  return handler.ReadObject(in, object);
-}
 
 void tag(VXBase& object) {
   object.SetBoolData("yes", true);
@@ -91,21 +81,21 @@ void expect_same_tags(const VXBase& a, const VXBase& b) {
 TEST(VXBinaryIOHandler, data_of_all_plain_types_survive_on_any_object_in_both_byte_orders) {
   VXMol::VXGraphMol mol;
   tag(mol);
-  const std::string bytes = written(mol);
+  const std::string bytes = vxb_written(mol);
   VXMol::VXGraphMol back;
-  EXPECT_EQ(read(bytes, back), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(bytes, back), VXBStatus::Success);
   expect_same_tags(mol, back);
 
   VXContainer other;
-  EXPECT_EQ(read(VXBTurner::turned(bytes), other), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(VXBTurner::turned(bytes), other), VXBStatus::Success);
   expect_same_tags(mol, other);
 }
 
 TEST(VXBinaryIOHandler, an_object_with_nothing_to_tell_is_a_record_all_the_same) {
   VXContainer nothing;
-  EXPECT_EQ(written(nothing), vxb_record("VXBasePOD", "\1"));
+  EXPECT_EQ(vxb_written(nothing), vxb_record("VXBasePOD", "\1"));
   VXContainer back;
-  EXPECT_EQ(read(written(nothing), back), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(vxb_written(nothing), back), VXBStatus::Success);
   EXPECT_FALSE(back.GetBaseImpl());
 }
 
@@ -117,7 +107,7 @@ TEST(VXBinaryIOHandler, a_datum_of_a_type_without_a_handler_is_left_out) {
   object.SetData("odd", Odd{1});
   object.SetIntData("even", 2);
   VXContainer back;
-  EXPECT_EQ(read(written(object), back), VXBStatus::Success);
+  EXPECT_EQ(vxb_read(vxb_written(object), back), VXBStatus::Success);
   EXPECT_FALSE(back.HasData("odd"));
   EXPECT_EQ(back.GetIntData("even"), 2);
 }
@@ -131,10 +121,10 @@ TEST(VXBinaryIOHandler, unknown_records_are_kept_and_written_out_again) {
   EXPECT_EQ(handler.ReadObject(in, object), VXBStatus::Success);
   EXPECT_EQ(handler.ReadObject(in, object), VXBStatus::Success);
   const VXContainer copy(object);
-  EXPECT_EQ(written(copy), vxb_tagged_data(first + second));
+  EXPECT_EQ(vxb_written(copy), vxb_tagged_data(first + second));
   VXContainer back;
-  EXPECT_EQ(read(written(copy), back), VXBStatus::Success);
-  EXPECT_EQ(written(back), written(copy));
+  EXPECT_EQ(vxb_read(vxb_written(copy), back), VXBStatus::Success);
+  EXPECT_EQ(vxb_written(back), vxb_written(copy));
   vxisstream cut(first.substr(0, first.size() - 1));
   EXPECT_EQ(handler.ReadObject(cut, object), VXBStatus::NotKept);
 }
@@ -162,7 +152,7 @@ TEST(VXBinaryIOHandler, reading_says_what_is_wrong_with_the_head_of_a_record) {
   };
   for (const auto& c : cases) {
     VXContainer object;
-    EXPECT_EQ(read(c.bytes, object), c.status) << testing::PrintToString(c.bytes);
+    EXPECT_EQ(vxb_read(c.bytes, object), c.status) << testing::PrintToString(c.bytes);
   }
 }
 
@@ -262,13 +252,13 @@ void check_host_grids() {
   fields[1].SetIntData("field", 1);
   for (const bool other_order : {false, true}) {
     const auto bytes = [&](const VXBase& object) {
-      return other_order ? VXBTurner::turned(written(object)) : written(object);
+      return other_order ? VXBTurner::turned(vxb_written(object)) : vxb_written(object);
     };
     VXGrid<T> grid_back;
-    ASSERT_EQ(read(bytes(grid), grid_back), VXBStatus::Success);
+    ASSERT_EQ(vxb_read(bytes(grid), grid_back), VXBStatus::Success);
     expect_same_geometry(grid, grid_back);
     VXMultiGrid<T> fields_back;
-    ASSERT_EQ(read(bytes(fields), fields_back), VXBStatus::Success);
+    ASSERT_EQ(vxb_read(bytes(fields), fields_back), VXBStatus::Success);
     expect_same_geometry(fields, fields_back);
     ASSERT_EQ(fields_back.GetNumGrids(), 3u);
     EXPECT_EQ(fields_back[1].GetIntData("field"), 1);
@@ -277,8 +267,8 @@ void check_host_grids() {
       for (unsigned int field = 0; field < 3; ++field)
         EXPECT_EQ(fields[field][i], fields_back[field][i]);
     }
-    EXPECT_EQ(written(grid_back), written(grid));
-    EXPECT_EQ(written(fields_back), written(fields));
+    EXPECT_EQ(vxb_written(grid_back), vxb_written(grid));
+    EXPECT_EQ(vxb_written(fields_back), vxb_written(fields));
   }
 }
 
@@ -290,14 +280,14 @@ TEST(VXBinaryIOHandler, host_grids_survive_with_their_fields_and_tags_in_both_by
 TEST(VXBinaryIOHandler, zeros_at_the_end_of_a_lattice_cost_a_sixteenth) {
   VXGrid<float> grid;
   grid.SetDim(64, 64, 64);
-  EXPECT_LT(written(grid).size(), 64u * 64 * 64 * 4 / 16 + 200);
+  EXPECT_LT(vxb_written(grid).size(), 64u * 64 * 64 * 4 / 16 + 200);
   for (const unsigned int last : {0u, 16384u, 200000u, 262143u}) {
     grid.Realloc();
     grid[last] = -0.0f;
-    const std::string bytes = written(grid);
+    const std::string bytes = vxb_written(grid);
     EXPECT_LT(bytes.size(), 4 * std::max(last + 1, 16384u) + 200);
     VXGrid<float> back;
-    ASSERT_EQ(read(bytes, back), VXBStatus::Success);
+    ASSERT_EQ(vxb_read(bytes, back), VXBStatus::Success);
     ASSERT_EQ(back.GetSize(), grid.GetSize());
     EXPECT_TRUE(std::signbit(back[last]));
     EXPECT_EQ(std::count(back.GetValues(), back.GetValues() + back.GetSize(), 0.0f), 262144);
@@ -309,7 +299,7 @@ TEST(VXBinaryIOHandler, a_lattice_that_its_record_does_not_back_is_refused_befor
   VXGrid<float> grid;
   grid.SetDim(3, 5, 7);
   std::fill_n(grid.GetValues(), 105, 1.0f);
-  const std::string good = written(grid);
+  const std::string good = vxb_written(grid);
   const std::string dims = vxgrid_test::bytes_of(3u) + vxgrid_test::bytes_of(5u);
   const std::size_t at = good.find(dims);
   ASSERT_NE(at, std::string::npos);
@@ -317,7 +307,7 @@ TEST(VXBinaryIOHandler, a_lattice_that_its_record_does_not_back_is_refused_befor
     std::string bytes = good;
     bytes.replace(at + offset, 4, vxgrid_test::bytes_of(number));
     VXGrid<float> back;
-    const unsigned int status = read(bytes, back);
+    const unsigned int status = vxb_read(bytes, back);
     EXPECT_LE(back.GetSize(), 1680u);
     return status;
   };
@@ -333,12 +323,12 @@ TEST(VXBinaryIOHandler, ten_thousand_levels_of_records_and_many_data_are_refused
   for (int i = 0; i < 10000; ++i)
     nested = vxb_tagged_data(nested);
   VXContainer object;
-  EXPECT_EQ(read(nested, object), VXBStatus::NotKept);
+  EXPECT_EQ(vxb_read(nested, object), VXBStatus::NotKept);
 
   std::string data;
   for (int i = 0; i < 10000; ++i)
     data += vxb_record("bool", std::string("\0", 1) + '\4' + vxgrid_test::bytes_of(i) + '\1');
-  EXPECT_EQ(read(vxb_tagged_data(data), object), VXBStatus::NotKept);
+  EXPECT_EQ(vxb_read(vxb_tagged_data(data), object), VXBStatus::NotKept);
   EXPECT_LE(object.GetBaseImpl()->GetAllData().size(), VXBMostData + 1);
 }
 
@@ -346,14 +336,14 @@ TEST(VXBinaryIOHandler, a_record_cut_at_any_byte_fails_and_damaged_ones_do_no_ha
   VXMultiGrid<float> fields;
   fill(fields);
   fields.SetNumGrids(2);
-  const std::string good = written(fields);
+  const std::string good = vxb_written(fields);
   vxgrid_test::for_every_cut(good, [&](const std::string& cut, std::size_t length) {
     VXMultiGrid<float> back;
-    EXPECT_NE(read(cut, back), VXBStatus::Success) << length;
+    EXPECT_NE(vxb_read(cut, back), VXBStatus::Success) << length;
   });
   vxgrid_test::for_random_bytes(good, 2000, [&](const std::string& bytes) {
     VXMultiGrid<float> back;
-    read(bytes, back);
+    vxb_read(bytes, back);
     EXPECT_GE(back.GetNumGrids(), 1u);
   });
 }
