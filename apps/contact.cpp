@@ -43,7 +43,7 @@ class ContactCommand : public Command {
         !VXMakeContactGrid(grid, target, probe, suppress_hydrogens_, spacing_, of_densities))
       return console.fail("no grid can be made of these models at this spacing");
     const float largest = measure(grid.GetValues(), grid.GetSize()).highest;
-    const std::string remark = largest > 0 ? format_text("largest contact %.3f", double{largest})
+    const std::string remark = largest > 0 ? format_text("largest contact %.3g", double{largest})
                                            : std::string("no contact");
     return write_grid(output_, grid, remark, console);
   }

@@ -1,7 +1,9 @@
 // vxgrid mask: a grid with the region of a model cleared, or kept.
-#include <algorithm>  // for max
-#include <cstddef>    // for size_t
-#include <vector>     // for vector
+#include <algorithm>   // for max
+#include <cstddef>     // for size_t
+#include <functional>  // for not_equal_to, plus
+#include <numeric>     // for inner_product
+#include <vector>      // for vector
 
 #include <CLI/CLI.hpp>
 
@@ -20,6 +22,11 @@ namespace vxgrid_app {
 namespace {
 
 using namespace VXCore;
+
+std::size_t count_changed(const std::vector<float>& before, const float* now) {
+  return std::inner_product(before.begin(), before.end(), now, std::size_t{0}, std::plus(),
+                            std::not_equal_to());
+}
 
 class MaskCommand : public Command {
  public:
@@ -44,10 +51,14 @@ class MaskCommand : public Command {
     VXGraphMol model;
     if (!VXReadMolecule(model_file_, model))
       return console.fail(model_file_ + ": cannot be read as a model");
+    const std::vector<float> before(grid.GetValues(), grid.GetValues() + grid.GetSize());
     const bool masked = grid.IsRegular() ? VXMaskGridByMolecule(grid, model, type(), threshold_)
                                          : mask_crystal_lattice(grid, model);
     if (!masked) return console.fail(input_ + ": cannot be masked by " + model_file_);
-    return write_grid(output_, grid, "", console);
+    // A model that lies in another frame than the map changes none.
+    return write_grid(output_, grid,
+                      format_text("%zu of them changed", count_changed(before, grid.GetValues())),
+                      console);
   }
 
  private:

@@ -38,10 +38,11 @@ class ThinCommand : public Command {
     const int passes = VXThinGrid(object);
     grid.SetValues(object.GetValues(), object.GetSize());
     const auto left = std::count(object.GetValues(), object.GetValues() + object.GetSize(), 1.0f);
-    return write_grid(output_, grid,
-                      format_text("%lld of them on the skeleton after %d passes",
-                                  static_cast<long long>(left), passes),
-                      console);
+    return write_grid(
+        output_, grid,
+        format_text("%lld of them on the skeleton after %d %s", static_cast<long long>(left),
+                    passes, passes == 1 ? "pass" : "passes"),
+        console);
   }
 
  private:

@@ -128,50 +128,58 @@ void NeighbourTree::put_in_cells(std::span<const Gsphere> atoms) {
   }
 }
 
-// Those of a run of points that lie within the largest reach.
-void NeighbourTree::gather_near(const Point& atom, std::size_t first, std::size_t last) {
-  if (near_.size() < near_count_ + (last - first) + 1)
-    near_.resize(2 * near_.size() + (last - first) + 1);
-  const float reach = largest_squared_reach_;
-  Near* near = near_.data() + near_count_;
-  const Point* const end = in_cells_.data() + last;
-  for (const Point* other = in_cells_.data() + first; other != end; ++other) {
-    const float dx = other->at[0] - atom.at[0];
-    const float dy = other->at[1] - atom.at[1];
-    const float dz = other->at[2] - atom.at[2];
-    const float squared = dx * dx + dy * dy + dz * dz;
-    // Written always and kept or not: which atoms are near is nothing to foretell.
-    *near = {squared, other->index};
-    near += squared <= reach;
-  }
-  near_count_ = static_cast<std::size_t>(near - near_.data());
+// The atoms of a cell, those of the next, and those of three cells of each of the four rows that
+// come after the cell's own, so that each pair of cells is met once.
+void NeighbourTree::gather_around(std::size_t cell) {
+  const std::size_t plane = dim_[0] * dim_[1];
+  const auto add = [&](std::size_t first, std::size_t last) {
+    around_.insert(around_.end(), in_cells_.data() + cell_begin_[first],
+                   in_cells_.data() + cell_begin_[last]);
+  };
+  around_.clear();
+  add(cell, cell + 2);
+  for (const std::size_t row : {dim_[0], plane - dim_[0], plane, plane + dim_[0]})
+    add(cell + row - 1, cell + row + 2);
 }
 
-// Each pair is met once: an atom is held against those behind it in its cell, those of the next
-// cell, and three cells of each of the four rows that come after its own.
+// Appends the pairs in which the earlier atom reaches the later one.
+void NeighbourTree::pair_with(const Point& atom, std::span<const Point> others,
+                              std::span<const Gsphere> atoms) {
+  if (near_.size() < others.size() + 1) near_.resize(2 * others.size() + 1);
+  const float reach = largest_squared_reach_;
+  Near* near = near_.data();
+  for (const Point& other : others) {
+    const float dx = other.at[0] - atom.at[0];
+    const float dy = other.at[1] - atom.at[1];
+    const float dz = other.at[2] - atom.at[2];
+    const float squared = dx * dx + dy * dy + dz * dz;
+    // Written always and kept or not: which atoms are near is nothing to foretell.
+    *near = {squared, other.index};
+    near += squared <= reach;
+  }
+  const auto count = static_cast<std::size_t>(near - near_.data());
+  if (pairs_.size() < pair_count_ + count + 1) pairs_.resize(2 * pairs_.size() + count + 1);
+  for (std::size_t k = 0; k < count; ++k) {
+    const auto [squared, index] = near_[k];
+    const std::int32_t later = std::max(atom.index, index);
+    const std::int32_t earlier = atom.index + index - later;
+    pairs_[pair_count_] = {earlier, later};
+    pair_count_ += squared <= atoms[static_cast<std::size_t>(earlier)].radius;
+  }
+}
+
 bool NeighbourTree::find_pairs(std::span<const Gsphere> atoms, std::size_t limit) {
-  const std::size_t plane = dim_[0] * dim_[1];
-  const std::array<std::size_t, 4> rows = {dim_[0], plane - dim_[0], plane, plane + dim_[0]};
   pair_count_ = 0;
-  for (std::size_t at = 0; at < in_cells_.size(); ++at) {
-    const Point& atom = in_cells_[at];
-    const std::size_t* const begin =
-        cell_begin_.data() + cell_[static_cast<std::size_t>(atom.index)];
-    near_count_ = 0;
-    gather_near(atom, at + 1, begin[2]);
-    for (const std::size_t row : rows)
-      gather_near(atom, begin[row - 1], begin[row + 2]);
-    if (pairs_.size() < pair_count_ + near_count_ + 1)
-      pairs_.resize(2 * pairs_.size() + near_count_ + 1);
-    for (std::size_t k = 0; k < near_count_; ++k) {
-      const auto [squared, index] = near_[k];
-      const std::int32_t later = std::max(atom.index, index);
-      const std::int32_t earlier = atom.index + index - later;
-      pairs_[pair_count_] = {earlier, later};
-      const float reach = atoms[static_cast<std::size_t>(earlier)].radius;
-      pair_count_ += squared <= reach;
+  for (std::size_t at = 0; at < in_cells_.size();) {
+    const std::size_t cell = cell_[static_cast<std::size_t>(in_cells_[at].index)];
+    gather_around(cell);
+    const std::span<const Point> around(around_);
+    const std::size_t count = cell_begin_[cell + 1] - at;
+    for (std::size_t k = 0; k < count; ++k) {
+      pair_with(around[k], around.subspan(k + 1), atoms);
+      if (pair_count_ > limit) return false;
     }
-    if (pair_count_ > limit) return false;
+    at += count;
   }
   return true;
 }

@@ -59,7 +59,8 @@ class NeighbourTree {
   void choose_cells(std::span<const Gsphere> atoms);
   std::size_t cell_of(const Point& point) const;
   void put_in_cells(std::span<const Gsphere> atoms);
-  void gather_near(const Point& atom, std::size_t first, std::size_t last);
+  void gather_around(std::size_t cell);
+  void pair_with(const Point& atom, std::span<const Point> others, std::span<const Gsphere> atoms);
   bool find_pairs(std::span<const Gsphere> atoms, std::size_t limit);
   void list_pairs(std::size_t atoms);
 
@@ -76,8 +77,8 @@ class NeighbourTree {
   std::vector<std::size_t> cell_begin_;  // one more than cells
   std::vector<Point> in_cells_;          // cell by cell, x fastest
 
-  std::vector<Near> near_;
-  std::size_t near_count_ = 0;
+  std::vector<Point> around_;  // a cell, and the cells after it that touch it
+  std::vector<Near> near_;     // those within the largest reach of one atom
   std::vector<Pair> pairs_;
   std::size_t pair_count_ = 0;
   std::vector<std::size_t> found_begin_;  // one more than atoms

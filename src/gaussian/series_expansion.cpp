@@ -191,6 +191,7 @@ std::size_t Gaussian::expand(float smallest, float largest) {
     terms[end] = atom;
     first_term[i] = static_cast<std::int32_t>(end);
     ++end;
+    // Either way the reach of the earlier atom decides, so that both give the same terms.
     const std::span<const std::int32_t> earlier =
         use_tree ? tree->before(i) : std::span(all.data(), i);
     for (const std::int32_t j : earlier) {

@@ -268,7 +268,8 @@ bool is_out_of_proportion(const Vector3& extents, const VXBrioGrid& grid) {
   constexpr double granted_ratio = 16;
   double points = 1.0;
   for (const float extent : extents) {
-    const double along_axis = double{extent} / double{grid.GetSpacing()} + 1.0;
+    // The margin of the rule that turns an extent into a dimension counts where the spacing is tiny.
+    const double along_axis = (double{extent} + 1e-5) / double{grid.GetSpacing()} + 1.0;
     // No dimension at all, which is refused by name further on.
     if (!(along_axis <= largest_dimension)) return false;
     points *= along_axis;

@@ -81,6 +81,11 @@ template <>
 struct FieldCodec<VXSkewGrid> : GridCodec<VXSkewGrid> {
   static constexpr const char* name = "Chem.SkewGrid";
   static constexpr const char* vector_name = "Chem.SkewGridVec";
+  // Also one that was not in the bytes has a lattice behind it, with two fields.
+  static std::uint64_t memory(const VXSkewGrid& grid) {
+    return sizeof(VXCore::VXSkewGridImpl) + sizeof(VXCore::VXBrioGrid) +
+           2 * sizeof(VXCore::VXGrid<float>) + GridCodec::memory(grid);
+  }
   static std::string format(const VXSkewGrid&) { return "<VXSkewGrid>"; }
   static VXBytes to_bytes(const VXSkewGrid& grid) {
     const VXCore::VXBrioGrid& brio = grid.GetImpl().GetImpl();

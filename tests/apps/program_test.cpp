@@ -374,8 +374,8 @@ TEST_F(ProgramOnACrystal, map_of_mmcif_reflections_is_that_of_the_mtz_file) {
          "_refln.pdbx_FWT\n_refln.pdbx_PHWT\n";
   const auto* amplitude = mtz.column_with_label("FWT");
   const auto* phase = mtz.column_with_label("PHWT");
-  for (int i = 0; i < mtz.nreflections; ++i) {
-    const gemmi::Miller hkl = mtz.get_hkl(static_cast<std::size_t>(i) * mtz.columns.size());
+  for (std::size_t i = 0; i < static_cast<std::size_t>(mtz.nreflections); ++i) {
+    const gemmi::Miller hkl = mtz.get_hkl(i * mtz.columns.size());
     cif << hkl[0] << ' ' << hkl[1] << ' ' << hkl[2] << ' ' << amplitude->at(i) << ' '
         << phase->at(i) << '\n';
   }

@@ -297,6 +297,13 @@ TEST(GridFields, that_would_grow_out_of_proportion_are_refused) {
   EXPECT_FALSE(VXVectorFieldType<VXScalarGrid>::FromBytes(
       grids, VXVectorFieldType<VXSkewGrid>::ToBytes(std::vector<VXSkewGrid>(granted + 2, some))));
   EXPECT_LE(grids.size(), granted + 1);
+  // Eight bytes say that a grid is missing, for which a plain vector has one all the same.
+  using Skew = VXVectorFieldType<VXSkewGrid>;
+  const VXBytes missing = Skew::ToBytes(std::vector<std::optional<VXSkewGrid>>(200000));
+  std::vector<std::optional<VXSkewGrid>> optional;
+  EXPECT_TRUE(Skew::FromBytes(optional, missing));
+  std::vector<VXSkewGrid> plain;
+  EXPECT_FALSE(Skew::FromBytes(plain, missing));
 }
 
 TEST(GridFields, cut_or_damaged_bytes_fail_and_do_no_harm) {

@@ -42,7 +42,7 @@ class VXGRID_API Gaussian {
   static constexpr std::uint32_t lk1 = 1000;       ///< steps of the tables of width ratio
   static constexpr std::uint32_t lk2 = 1000;       ///< steps of the table of log volume
   static constexpr std::uint32_t MaxG = 20;        ///< records reserved per atom
-  static constexpr std::int32_t TreeThresh = 200;  ///< with more atoms, a tree finds neighbours
+  static constexpr std::int32_t TreeThresh = 200;  ///< with more atoms, neighbours come from `tree`
   static constexpr float pi = 3.1415927f;
   static constexpr float ipi = 0.3183099f;  ///< 1/pi
   static constexpr float pi32 = 5.568328f;  ///< pi^(3/2)

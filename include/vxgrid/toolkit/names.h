@@ -1,5 +1,6 @@
 /// \file
-/// The whole toolkit, with the names of its sibling namespaces brought into VXCore.
+/// What every floor needs of the toolkit, with the names of its sibling namespaces brought into
+/// VXCore. The storage folders (vxb, json, pipe) are included where they are used.
 #ifndef VXGRID_TOOLKIT_NAMES_H
 #define VXGRID_TOOLKIT_NAMES_H
 

@@ -173,28 +173,28 @@ std::string_view text_of(const JSONValue& value) {
   return {value.GetString(), value.GetStringLength()};
 }
 
-// True for a type that a hint may name, with the value of a number as that type.
-bool number_as(const JSONValue& value, int& number) {
+// The value as one of the stored types; false when it is not of that kind.
+bool value_as(const JSONValue& value, int& number) {
   if (!value.IsInt()) return false;
   number = value.GetInt();
   return true;
 }
-bool number_as(const JSONValue& value, unsigned int& number) {
+bool value_as(const JSONValue& value, unsigned int& number) {
   if (!value.IsUint()) return false;
   number = value.GetUint();
   return true;
 }
-bool number_as(const JSONValue& value, double& number) {
+bool value_as(const JSONValue& value, double& number) {
   if (!value.IsNumber()) return false;
   number = value.GetDouble();
   return true;
 }
-bool number_as(const JSONValue& value, float& number) {
+bool value_as(const JSONValue& value, float& number) {
   if (!value.IsNumber()) return false;
   number = static_cast<float>(value.GetDouble());
   return true;
 }
-bool number_as(const JSONValue& value, std::string& text) {
+bool value_as(const JSONValue& value, std::string& text) {
   if (!value.IsString()) return false;
   text = text_of(value);
   return true;
@@ -236,7 +236,7 @@ class DataReader {
   template <class T>
   bool keep(const JSONValue& value) {
     T number{};
-    return number_as(value, number) && base_.SetData(tag_, number);
+    return value_as(value, number) && base_.SetData(tag_, number);
   }
 
   bool read_plain(const JSONValue& value) {
@@ -252,7 +252,7 @@ class DataReader {
   bool keep_array(const JSONValue& array) {
     std::vector<T> values(array.Size());
     for (rapidjson::SizeType i = 0; i < array.Size(); ++i) {
-      if (!number_as(array[i], values[i])) return false;
+      if (!value_as(array[i], values[i])) return false;
     }
     return base_.SetData(tag_, values);
   }
@@ -262,7 +262,7 @@ class DataReader {
     std::array<float, N> values{};
     if (array.Size() != N) return false;
     for (rapidjson::SizeType i = 0; i < N; ++i) {
-      if (!number_as(array[i], values[i])) return false;
+      if (!value_as(array[i], values[i])) return false;
     }
     return base_.SetData(tag_, values);
   }

@@ -16,6 +16,7 @@
 #include <utility>  // for move
 
 #include "toolkit/host/bounded_read.h"
+#include "vxgrid/toolkit/core/text.h"
 #include "vxgrid/toolkit/json/helpers.h"
 #include "vxgrid/toolkit/pipe/field_types.h"
 
@@ -101,7 +102,7 @@ bool vector_from_bytes(std::vector<Element>& values, const VXBytes& bytes) {
 
 template <class T>
 std::string count_in_words(std::size_t count) {
-  return "[" + std::to_string(count) + " " + FieldCodec<T>::noun + (count == 1 ? "]" : "s]");
+  return VXCore::format_text("[%zu %s%s]", count, FieldCodec<T>::noun, count == 1 ? "" : "s");
 }
 
 template <class Optional>

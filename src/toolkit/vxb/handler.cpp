@@ -77,22 +77,25 @@ bool VXBinaryIOHandlerBase::WriteAs(VXHost::vxostream& out, const VXBase& object
 
 unsigned int VXBinaryIOHandlerBase::ReadAs(VXHost::vxistream& in, VXBase& object, TypeId type) {
   std::string tag;
-  unsigned char tag_byte = 0;
-  if (!VXBReadTag(in, tag, tag_byte) || tag_byte == 0) return VXBStatus::NoTag;
+  if (!VXBReadTag(in, tag) || tag.empty()) return VXBStatus::NoTag;
   if (in.eof()) return VXBStatus::StreamEnded;
   const unsigned int length = VXBReadDataLength(in);
   if (length == 0) return in.eof() ? VXBStatus::StreamEnded : VXBStatus::NotKept;
-  // Adding a datum takes the longer the more there are.
-  const VXBaseImpl* const data = object.GetBaseImpl();
-  if (data && data->GetAllData().size() > VXBMostData) return VXBStatus::NotKept;
   try {
     if (const VXReadFxnBase* fxn = FindReadFxn(tag, type)) {
       const detail::NestingLevel level;
-      return level.is_allowed() ? (*fxn)(in, object, length, *this) : VXBStatus::NotKept;
+      if (!level.is_allowed()) return VXBStatus::NotKept;
+      const unsigned int status = (*fxn)(in, object, length, *this);
+      if (status != VXBStatus::Success) return status;
+    } else {
+      VXUnknownVXBData unknown(in, tag, length);
+      if (!unknown.IsValid() || !VXAttachData(object, std::move(unknown)))
+        return VXBStatus::NotKept;
     }
-    VXUnknownVXBData unknown(in, tag, length);
-    if (!unknown.IsValid()) return VXBStatus::NotKept;
-    return VXAttachData(object, std::move(unknown)) ? VXBStatus::Success : VXBStatus::NotKept;
+    // Adding a datum takes the longer the more there are, and more are not written.
+    const VXBaseImpl* const data = object.GetBaseImpl();
+    return data && data->GetAllData().size() > VXBMostData ? VXBStatus::NotKept
+                                                           : VXBStatus::Success;
   } catch (const std::bad_alloc&) {
     return VXBStatus::NoMemory;
   }

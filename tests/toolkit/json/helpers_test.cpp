@@ -162,7 +162,7 @@ TEST(JsonParse, refuses_what_is_no_document_and_says_where) {
 TEST(JsonParse, numbers_of_many_digits_do_no_harm) {
   const MessageCapture heard;
   for (const char* exponent : {"", "e300", "e-300", "e308", ".0e300"}) {
-    for (const std::size_t digits : {25, 100, 400, 2000}) {
+    for (const std::size_t digits : {25U, 100U, 400U, 2000U}) {
       JSONDocument document;
       JSONParseHelper(document, "[" + std::string(digits, '8') + exponent + "]");
       JSONParseHelper(document, "[0." + std::string(digits, '0') + "8" + exponent + "]");

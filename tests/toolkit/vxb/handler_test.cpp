@@ -143,6 +143,7 @@ TEST(VXBinaryIOHandler, reading_says_what_is_wrong_with_the_head_of_a_record) {
       {std::string("\2ab\0\0\0\0x", 8), VXBStatus::NotKept},
       {"\2ab\xff\xff\xff\xffxyz", VXBStatus::NotKept},
       {"\xff\xff\xff\xff\xffxyz", VXBStatus::NoTag},
+      {std::string("\xff\0\0\0\0\1\0\0\0x", 10), VXBStatus::NoTag},
       {"\11VXBasePOD\xff\xff\xff\xffxyz", VXBStatus::ShortRecord},
       {vxb_record("VXBasePOD", "\2"), VXBStatus::NotKept},
       {vxb_tagged_data(vxb_record("int", std::string("\0\1a\1\2\3", 6))), VXBStatus::ShortRecord},

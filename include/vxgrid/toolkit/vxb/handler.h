@@ -158,7 +158,8 @@ class VXGRID_API VXBinaryIOHandler : public VXBinaryIOHandlerBase {
   /// datum of a type without a handler is left out. False, and nothing written, when that fails.
   bool WriteObject(VXHost::vxostream& out, const VXBase& object);
   /// Reads one record into the object, by its class. What the object has and the record does not
-  /// speak of stays. The result is a VXBStatus.
+  /// speak of stays. A record of another class is kept with the object as an unknown one, which
+  /// counts as success. The result is a VXBStatus.
   unsigned int ReadObject(VXHost::vxistream& in, VXBase& object);
 };
 

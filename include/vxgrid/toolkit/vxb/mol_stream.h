@@ -25,4 +25,8 @@ class VXGRID_API vxmolstreambase {
 
 }  // namespace VXMol
 
+namespace VXCore {
+using VXMol::vxmolstreambase;
+}
+
 #endif
