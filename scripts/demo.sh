@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the program and scores a model against its electron-density map.
 #   scripts/demo.sh                       on a small crystal that it makes itself
-#   scripts/demo.sh MODEL REFLECTIONS     on a PDB or mmCIF file and an MTZ file
+#   scripts/demo.sh MODEL REFLECTIONS     on a model (PDB, mmCIF) and reflections (MTZ, mmCIF)
 set -euo pipefail
 
 if [ $# -ne 0 ] && [ $# -ne 2 ]; then
