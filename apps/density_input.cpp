@@ -31,6 +31,8 @@ bool make_other_density(const std::string& path, unsigned int type, VXSkewGrid& 
                         const Console& console) {
   VXReflection reflections;
   if (!read_reflections(path, reflections, console)) return false;
+  if (!reflections.GetSymmetry())
+    console.note(path + " tells no cell and space group, which a map needs");
   reflections.Expand();
   if (!reflections.MakeMap(map, type)) return false;
   VXSigmaNormalizeGrid(map);

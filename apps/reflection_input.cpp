@@ -19,6 +19,9 @@ using namespace VXCore;
 
 namespace {
 
+/// By how much the same crystal's cell may differ from file to file, Angstrom and degrees.
+constexpr float cell_tolerance = 0.5f;
+
 bool read_mtz(const std::string& path, VXReflection& reflections) {
   const VXMTZ mtz(path);
   if (!mtz.IsValid()) return false;
@@ -56,19 +59,26 @@ bool read_reflections(const std::string& path, VXReflection& reflections, const 
   } else {
     is_read = VXReadReflection(path, reflections);
   }
-  return is_read ? true : console.fail(path + ": its reflections cannot be read");
+  if (!is_read) return console.fail(path + ": its reflections cannot be read");
+  if (reflections.GetCount() == 0 || !reflections.GetImpl()->has_indices())
+    return console.fail(path + ": holds no reflections");
+  return true;
 }
 
 bool calculate_structure_factors(VXReflection& reflections, const VXMolBase& model,
                                  const Console& console) {
-  VXXtal::VXSymmetry symmetry = reflections.GetSymmetry();
+  VXGraphMol tagged(model);
+  VXXtal::VXSymmetry of_model;
+  const bool model_tells =
+      VXXtal::VXSetXtalSymmetryFromPDBData(tagged) && VXXtal::VXGetXtalSymmetry(tagged, of_model);
+  const VXXtal::VXSymmetry symmetry = reflections.GetSymmetry();
   if (!symmetry || !symmetry.cell().isValid()) {
-    VXGraphMol tagged(model);
-    if (!VXXtal::VXSetXtalSymmetryFromPDBData(tagged) ||
-        !VXXtal::VXGetXtalSymmetry(tagged, symmetry))
+    if (!model_tells)
       return console.fail("neither the reflections nor the model tell a cell and space group");
-    reflections.SetSymmetry(symmetry);
+    reflections.SetSymmetry(of_model);
     console.note("cell and space group are those of the model");
+  } else if (model_tells && !symmetry.cell().equalsCell(of_model.cell(), cell_tolerance)) {
+    console.note("the model has another cell than the reflections, whose cell is used");
   }
   VXGraphMol heavy(model);
   VXSuppressHydrogens(heavy, false, false, true);

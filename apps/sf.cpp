@@ -24,7 +24,7 @@ struct Agreement {
 };
 
 /// Over the reflections that have an observed amplitude; empty when there are less than two, or
-/// when the amplitudes do not vary.
+/// when the amplitudes of either kind do not vary.
 std::optional<Agreement> compare_amplitudes(const VXReflection& reflections) {
   const unsigned int n = reflections.GetCount();
   std::vector<float> observed(n), calculated(n);
@@ -89,7 +89,7 @@ class StructureFactorCommand : public Command {
       line(console.out, "R factor", format_text("%.3f", agreement->r_factor));
       line(console.out, "Correlation", format_text("%.3f", agreement->correlation));
     } else {
-      console.note("no observed amplitudes to compare with");
+      console.note("there are no observed and calculated amplitudes to compare");
     }
     return true;
   }

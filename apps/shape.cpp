@@ -68,7 +68,8 @@ class ShapeCommand : public Command {
     if (!VXReadMolecule(model_file_, model))
       return console.fail(model_file_ + ": cannot be read as a model");
     const Shape shape = shape_of(model);
-    if (!(shape.volume() > 0)) return console.fail(model_file_ + ": its volume cannot be calculated");
+    if (!(shape.volume() > 0))
+      return console.fail(model_file_ + ": its volume cannot be calculated");
     if (json_)
       write_json(console.out, shape);
     else

@@ -41,9 +41,9 @@ bool takes_any(const VXReflection& /*refl*/) {
 }
 
 bool takes_phases(const VXReflection& refl) {
-  float value = 0;
-  return refl.GetFobsElement(value, 0) && refl.GetPhaseElement(value, 0) &&
-         refl.GetFOMElement(value, 0);
+  const VXReflectionImpl& set = *refl.GetImpl();
+  return set.has_column(VXReflectionColumn::Fobs) && set.has_column(VXReflectionColumn::Phase) &&
+         set.has_column(VXReflectionColumn::FOM);
 }
 
 constexpr std::array<Row, 7> rows{
@@ -93,10 +93,7 @@ bool VXWriteReflection(const std::string& filename, VXReflection& refl) {
 }
 
 bool VXIsWritableReflection(const std::string& filename, const VXReflection& refl) {
-  int h = 0;
-  int k = 0;
-  int l = 0;
-  if (refl.GetCount() == 0 || !refl.GetHKLElement(h, k, l, 0)) return false;
+  if (refl.GetCount() == 0 || !refl.GetImpl()->has_indices()) return false;
   const Row* row = find_row(filename);
   return row && row->takes && row->takes(refl);
 }

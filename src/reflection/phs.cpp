@@ -1,7 +1,6 @@
 // PHS phase files, and the HKL reflection lists that go by the same name at times.
 #include "vxgrid/reflection/phs.h"
 
-#include <array>        // for array
 #include <cstddef>      // for size_t
 #include <string>       // for string
 #include <string_view>  // for string_view
@@ -114,8 +113,7 @@ bool VXReadReflectionHKL(vxistream& is, VXReflection& refl) {
 
 bool VXWriteReflectionPHS(vxostream& os, VXReflection& refl) {
   const std::size_t n = refl.GetCount();
-  std::array<int, 3> first{};
-  if (n == 0 || !refl.GetHKLElement(first[0], first[1], first[2], 0)) return false;
+  if (n == 0 || !refl.GetImpl()->has_indices()) return false;
   std::vector<int> h(n), k(n), l(n);
   std::vector<float> fobs(n), phase(n), fom(n), a(n), b(n), c(n), d(n);
   if (!refl.GetHKL(h.data(), k.data(), l.data()) || !refl.GetFobs(fobs.data()) ||

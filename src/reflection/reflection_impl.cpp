@@ -106,6 +106,12 @@ bool VXReflectionImpl::find_element(unsigned int i, unsigned int& element) const
   return element <= count_;
 }
 
+bool VXReflectionImpl::has_column(unsigned int column) const {
+  if (const auto floats = find_float_column(column)) return !(this->*floats).empty();
+  if (const auto ints = find_int_column(column)) return !(this->*ints).empty();
+  return false;
+}
+
 bool VXReflectionImpl::GetColumn(unsigned int column, float* out) const {
   const auto member = find_float_column(column);
   if (!out || !member || (this->*member).empty()) return false;

@@ -51,27 +51,15 @@ constexpr std::array<TaggedColumn, 13> plain_columns{{{"phase", columns::Phase},
 constexpr std::array<std::string_view, 3> index_tags{"H", "K", "L"};
 constexpr std::array<std::string_view, 4> coefficient_tags{"HLA", "HLB", "HLC", "HLD"};
 
-template <class T>
-bool has_column(const VXReflection& refl, unsigned int column) {
-  T value{};
-  return refl.GetElement(column, value, 0);
+bool is_int_column(unsigned int column) {
+  return column == columns::Centric || column == columns::RFree;
 }
 
-bool has_indices(const VXReflection& refl) {
-  std::array<int, 3> hkl{};
-  return refl.GetHKLElement(hkl[0], hkl[1], hkl[2], 0);
-}
-
-bool has_coefficients(const VXReflection& refl) {
-  std::array<float, 4> abcd{};
-  return refl.GetABCDElement(abcd[0], abcd[1], abcd[2], abcd[3], 0);
-}
-
-bool has_any_column(const VXReflection& refl) {
+bool has_any_column(const VXReflectionImpl& refl) {
   for (unsigned int column = 0; column <= columns::Stolsq; ++column) {
-    if (has_column<float>(refl, column) || has_column<int>(refl, column)) return true;
+    if (refl.has_column(column)) return true;
   }
-  return has_indices(refl) || has_coefficients(refl);
+  return refl.has_indices() || refl.has_abcd();
 }
 
 // Writes records up to the first that does not arrive.
@@ -94,14 +82,16 @@ class Writer {
   }
 
   void column(const VXReflection& refl, const TaggedColumn& tagged) {
-    column_of<float>(refl, tagged);
-    column_of<int>(refl, tagged);
+    if (!refl.GetImpl()->has_column(tagged.column)) return;
+    if (is_int_column(tagged.column))
+      column_of<int>(refl, tagged);
+    else
+      column_of<float>(refl, tagged);
   }
 
  private:
   template <class T>
   void column_of(const VXReflection& refl, const TaggedColumn& tagged) {
-    if (!has_column<T>(refl, tagged.column)) return;
     std::vector<T> array(refl.GetCount());
     refl.GetColumn(tagged.column, array.data());
     values(tagged.tag, array);
@@ -112,7 +102,7 @@ class Writer {
 };
 
 void write_indices(Writer& writer, const VXReflection& refl) {
-  if (!has_indices(refl)) return;
+  if (!refl.GetImpl()->has_indices()) return;
   std::array<std::vector<int>, 3> hkl;
   for (std::vector<int>& index : hkl)
     index.resize(refl.GetCount());
@@ -122,7 +112,7 @@ void write_indices(Writer& writer, const VXReflection& refl) {
 }
 
 void write_coefficients(Writer& writer, const VXReflection& refl) {
-  if (!has_coefficients(refl)) return;
+  if (!refl.GetImpl()->has_abcd()) return;
   std::array<std::vector<float>, 4> abcd;
   for (std::vector<float>& coefficient : abcd)
     coefficient.resize(refl.GetCount());
@@ -203,7 +193,7 @@ class Reader {
     constexpr std::uint64_t most_columns = 20;
     const std::uint64_t bytes = is_.tell() + is_.bytes_left().value_or(0);
     const bool is_safe =
-        count[0] <= refl_.GetCount() || !has_any_column(refl_) ||
+        count[0] <= refl_.GetCount() || !has_any_column(*refl_.GetImpl()) ||
         VXHost::detail::is_proportionate(most_columns * word_size * count[0], bytes);
     if (!is_safe || (has_count_ && count[0] != refl_.GetCount())) return wrong_record;
     refl_.SetCount(count[0]);
@@ -243,9 +233,8 @@ class Reader {
     }
     for (const TaggedColumn& tagged : plain_columns) {
       if (tag != tagged.tag) continue;
-      const bool is_int = tagged.column == columns::Centric || tagged.column == columns::RFree;
-      return is_int ? read_column<int>(tagged.column, length)
-                    : read_column<float>(tagged.column, length);
+      return is_int_column(tagged.column) ? read_column<int>(tagged.column, length)
+                                          : read_column<float>(tagged.column, length);
     }
     return success;
   }

@@ -213,8 +213,7 @@ bool VXReadReflectionXPLOR(vxistream& is, VXReflection& refl) {
 bool VXWriteReflectionXPLOR(vxostream& os, VXReflection& refl) {
   try {
     const std::size_t n = refl.GetCount();
-    std::array<int, 3> first{};
-    if (n == 0 || !refl.GetHKLElement(first[0], first[1], first[2], 0)) return false;
+    if (n == 0 || !refl.GetImpl()->has_indices()) return false;
     std::vector<int> h(n), k(n), l(n);
     refl.GetHKL(h.data(), k.data(), l.data());
     const WrittenColumns set(refl);

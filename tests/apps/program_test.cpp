@@ -224,6 +224,9 @@ TEST_F(ProgramOnACrystal, reflections_are_converted_and_described) {
     ASSERT_NEAR(a, b, 1e-5);
   }
 
+  const Outcome no_cell = run({"map", file("part.fob"), "-o", file("refused.map"), "-t", "Fo"});
+  EXPECT_TRUE(contains(no_cell.err, "part.fob tells no cell and space group")) << no_cell.err;
+  vxgrid_test::write_file(file("none.vxx"), std::string(4, '\0'));
   const struct {
     std::vector<std::string> arguments;
     const char* says;
@@ -232,7 +235,8 @@ TEST_F(ProgramOnACrystal, reflections_are_converted_and_described) {
       {{"convert", file("crystal.mtz"), file("refused.map")}, "refused.map: the extension"},
       {{"convert", file("crystal.mtz"), file("refused.phs")}, "crystal.mtz: lacks"},
       {{"convert", file("crystal.mtz"), file("refused.vxx"), "-s", "1"}, "resampled"},
-      {{"convert", file("crystal.pdb"), file("refused.vxx")}, "crystal.pdb: the extension"}};
+      {{"convert", file("crystal.pdb"), file("refused.vxx")}, "crystal.pdb: the extension"},
+      {{"convert", file("none.vxx"), file("refused.fob")}, "none.vxx: holds no reflections"}};
   for (const auto& c : refused) {
     const Outcome result = run(c.arguments);
     EXPECT_EQ(result.status, 1) << c.says;

@@ -143,6 +143,12 @@ TEST(Vxx, is_written_in_storage_order) {
   const std::string bytes = written(set);
   set.Sort();
   EXPECT_EQ(written(set), bytes);
+
+  // Also when the first in order is no longer among those that are left.
+  VXReflection unsorted = full_set();
+  for (VXReflection* shortened : {&set, &unsorted})
+    shortened->SetCount(1);
+  EXPECT_EQ(written(set), written(unsorted));
 }
 
 TEST(Vxx, is_read_from_a_machine_of_the_other_byte_order) {

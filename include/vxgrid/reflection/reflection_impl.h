@@ -306,6 +306,16 @@ class VXGRID_API VXReflectionImpl {
   /// the Error "sfinit: internal - could not allocate enough memory for reflection" goes out, once.
   bool SFCalc(const VXMolBase& mol);
 
+  /// \name What is there, whatever the count and the permutation of Sort()
+  /// @{
+  /// All three indices.
+  bool has_indices() const { return !h_.empty() && !k_.empty() && !l_.empty(); }
+  /// All four Hendrickson-Lattman coefficients.
+  bool has_abcd() const { return !hla_.empty() && !hlb_.empty() && !hlc_.empty() && !hld_.empty(); }
+  /// A column of VXReflectionColumn.
+  bool has_column(unsigned int column) const;
+  /// @}
+
  protected:
   /// Copies element `src` to element `dst` in every column that is there, both being at most
   /// GetCount().
@@ -329,8 +339,6 @@ class VXGRID_API VXReflectionImpl {
   static FloatColumn VXReflectionImpl::*find_float_column(unsigned int column);
   static IntColumn VXReflectionImpl::*find_int_column(unsigned int column);
   bool find_element(unsigned int i, unsigned int& element) const;
-  bool has_indices() const { return !h_.empty() && !k_.empty() && !l_.empty(); }
-  bool has_abcd() const { return !hla_.empty() && !hlb_.empty() && !hlc_.empty() && !hld_.empty(); }
   template <class Mates>
   void append_mates(const Mates& mates, std::size_t at);
   /// Calls `visit` with every column but the permutation.
