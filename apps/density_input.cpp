@@ -4,6 +4,7 @@
 #include <filesystem>  // for exists
 #include <new>         // for bad_alloc
 
+#include "grid_json_file.h"
 #include "reflection_input.h"
 #include "vxgrid/density/sigma.h"
 #include "vxgrid/gridio/dispatch.h"
@@ -64,6 +65,7 @@ bool make_density(const std::string& path, const std::string& type, VXSkewGrid& 
 bool read_density(const std::string& path, const std::string& type, VXSkewGrid& map,
                   const Console& console) {
   if (is_reflection_file(path)) return make_density(path, type, map, console);
+  if (is_json_file(path)) return read_json_grid(path, map, console);
   if (!VXIsReadableGrid(path))
     return console.fail(path + ": neither a grid file nor a reflection file by its extension");
   if (!VXReadGrid(path, map)) return console.fail(path + ": cannot be read as a map");

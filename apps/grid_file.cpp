@@ -4,6 +4,7 @@
 #include <algorithm>  // for max, minmax_element
 #include <cmath>      // for sqrt
 
+#include "grid_json_file.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
 #include "vxgrid/toolkit/names.h"
@@ -21,7 +22,11 @@ bool write(const std::string& path, Grid& grid, const std::string& remark, const
   grid.SetFloatData("AMAX", statistics.highest);
   grid.SetFloatData("AMEAN", static_cast<float>(statistics.mean));
   grid.SetFloatData("ARMS", static_cast<float>(statistics.deviation));
-  if (!VXWriteGrid(path, grid)) return console.fail(path + ": cannot be written");
+  if (is_json_file(path)) {
+    if (!write_json_grid(path, grid, console)) return false;
+  } else if (!VXWriteGrid(path, grid)) {
+    return console.fail(path + ": cannot be written");
+  }
   console.note(format_text("wrote %s, %u x %u x %u points", path.c_str(), grid.GetXDim(),
                            grid.GetYDim(), grid.GetZDim()) +
                (remark.empty() ? remark : ", " + remark));
@@ -45,15 +50,20 @@ ValueStatistics measure(const float* values, std::size_t count) {
   return {*low, *high, mean, std::sqrt(std::max(0.0, squares / n - mean * mean))};
 }
 
-bool read_grid(const std::string& path, VXBrioGrid& grid, const Console& console) {
+bool read_any_grid(const std::string& path, VXBrioGrid& grid, const Console& console) {
+  if (is_json_file(path)) return read_json_grid(path, grid, console);
   if (!VXIsReadableGrid(path))
     return console.fail(path + ": the extension names no grid format that can be read");
-  if (!VXReadGrid(path, grid)) return console.fail(path + ": cannot be read");
+  return VXReadGrid(path, grid) || console.fail(path + ": cannot be read");
+}
+
+bool read_grid(const std::string& path, VXBrioGrid& grid, const Console& console) {
+  if (!read_any_grid(path, grid, console)) return false;
   return grid.GetValues() ? true : console.fail(path + ": has no values");
 }
 
 bool is_writeable(const std::string& path, const Console& console) {
-  if (VXIsWriteableGrid(path)) return true;
+  if (is_json_file(path) || VXIsWriteableGrid(path)) return true;
   return console.fail(path + ": the extension names no format that can be written");
 }
 

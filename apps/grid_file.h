@@ -21,7 +21,10 @@ struct ValueStatistics {
 
 ValueStatistics measure(const float* values, std::size_t count);
 
-/// Reads a grid that has values; false with the reason told.
+/// Reads a grid from a file of any grid format, or a JSON document; false with the reason told.
+bool read_any_grid(const std::string& path, VXCore::VXBrioGrid& grid, const Console& console);
+
+/// The same for a grid that has to have values.
 bool read_grid(const std::string& path, VXCore::VXBrioGrid& grid, const Console& console);
 
 /// False, with the reason told, for a file name whose extension no grid can be written under.

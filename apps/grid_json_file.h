@@ -18,9 +18,12 @@ bool is_json_file(const std::string& path);
 bool read_json_grid(const std::string& path, VXCore::VXSkewGrid& grid, const Console& console);
 bool read_json_grid(const std::string& path, VXCore::VXBrioGrid& grid, const Console& console);
 
-/// Writes a grid with a unit cell as a skew grid and any other as a scalar grid; notes what of the
-/// crystal does not go into a document. False with the reason told.
+/// Writes a grid with a unit cell as a skew grid and any other as a scalar grid. Sampling, space
+/// group and reentrance, for which documents have no key, go along as tagged data, and are put back
+/// on reading. False with the reason told.
 bool write_json_grid(const std::string& path, const VXCore::VXBrioGrid& grid,
+                     const Console& console);
+bool write_json_grid(const std::string& path, const VXCore::VXSkewGrid& grid,
                      const Console& console);
 bool write_json_grid(const std::string& path, const VXCore::VXScalarGrid& grid,
                      const Console& console);

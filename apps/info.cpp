@@ -7,12 +7,12 @@
 
 #include "command.h"
 #include "grid_file.h"
+#include "grid_json_file.h"
 #include "reflection_input.h"
 #include "vxgrid/crystal/molecule_symmetry.h"
 #include "vxgrid/crystal/space_groups.h"
 #include "vxgrid/density/resolution.h"
 #include "vxgrid/grid/brio_grid.h"
-#include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
 #include "vxgrid/reflection/formats.h"
 #include "vxgrid/reflection/mtz_file.h"
@@ -46,9 +46,12 @@ void describe_values(std::ostream& out, const VXBrioGrid& grid) {
 
 bool describe_grid(const std::string& path, const Console& console) {
   VXBrioGrid grid;
-  if (!VXReadGrid(path, grid)) return console.fail(path + ": cannot be read as a grid");
+  if (!read_any_grid(path, grid, console)) return false;
   std::ostream& out = console.out;
-  line(out, "Format", VXGetGridFormatString(VXGetGridFileType(VXGetFileExtension(path.c_str()))));
+  line(out, "Format",
+       is_json_file(path)
+           ? "JSON grid document"
+           : VXGetGridFormatString(VXGetGridFileType(VXGetFileExtension(path.c_str()))));
   if (!grid.GetTitle().empty()) line(out, "Title", grid.GetTitle());
   line(out, "Points", format_text("%u x %u x %u", grid.GetXDim(), grid.GetYDim(), grid.GetZDim()));
   line(out, "Spacing",
@@ -178,7 +181,7 @@ class InfoCommand : public Command {
     if (extension == "mtz") return describe_mtz(path, console);
     if (is_reflection_file(path) && (extension != "cif" || holds_reflections(path)))
       return describe_reflections(path, console);
-    if (VXIsReadableGrid(path)) return describe_grid(path, console);
+    if (is_json_file(path) || VXIsReadableGrid(path)) return describe_grid(path, console);
     return describe_model(path, console);
   }
 

@@ -3,9 +3,10 @@
 
 #include "command.h"
 #include "density_input.h"
+#include "grid_file.h"
+#include "grid_json_file.h"
 #include "reflection_input.h"
 #include "vxgrid/gridio/dispatch.h"
-#include "vxgrid/gridio/formats.h"
 
 namespace vxgrid_app {
 
@@ -23,11 +24,14 @@ class MapCommand : public Command {
   }
 
   bool run(const Console& console) override {
-    if (!VXCore::VXIsWriteableGrid(output_))
-      return console.fail(output_ + ": the extension names no format that can be written");
+    if (!is_writeable(output_, console)) return false;
     VXCore::VXSkewGrid map;
     if (!make_density(reflections_, type_, map, console)) return false;
-    if (!VXCore::VXWriteGrid(output_, map)) return console.fail(output_ + ": cannot be written");
+    if (is_json_file(output_)) {
+      if (!write_json_grid(output_, map, console)) return false;
+    } else if (!VXCore::VXWriteGrid(output_, map)) {
+      return console.fail(output_ + ": cannot be written");
+    }
     console.note("wrote " + output_ + ", " + std::to_string(map.GetXDim()) + " x " +
                  std::to_string(map.GetYDim()) + " x " + std::to_string(map.GetZDim()) + " points");
     return true;
