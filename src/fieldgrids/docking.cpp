@@ -11,6 +11,7 @@
 #include <span>       // for span
 
 #include "gridmath/dimensions.h"
+#include "gridmath/record_lattice.h"
 #include "vxgrid/gaussian/gauss_grid.h"
 #include "vxgrid/gaussian/gsphere.h"
 #include "vxgrid/toolkit/names.h"
@@ -92,15 +93,9 @@ bool size_around(const Receptor& receptor, float spacing, GridStruct& grid) {
     dims[axis] = detail::truncated((high - low + padding) / spacing).value_or(0);
     if (dims[axis] < 1) return false;
   }
-  if (vx_grid_struct_overflow(dims[0], dims[1], dims[2])) return false;
-  grid.xmid = mid[0];
-  grid.ymid = mid[1];
-  grid.zmid = mid[2];
-  grid.xdim = dims[0];
-  grid.ydim = dims[1];
-  grid.zdim = dims[2];
-  grid.spacing = spacing;
-  grid.inverse_spacing = 1.0f / spacing;
+  const detail::RecordLattice lattice(dims, mid, spacing);
+  if (lattice.size() == 0) return false;
+  detail::set_lattice(grid, lattice);
   return true;
 }
 

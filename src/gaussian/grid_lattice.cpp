@@ -12,14 +12,7 @@ namespace VXCore::detail {
 GridStruct record_over(const RecordLattice& lattice, float* values) {
   GridStruct record;
   record.floats = values;
-  record.xmid = lattice.mid[0];
-  record.ymid = lattice.mid[1];
-  record.zmid = lattice.mid[2];
-  record.xdim = lattice.dim[0];
-  record.ydim = lattice.dim[1];
-  record.zdim = lattice.dim[2];
-  record.spacing = lattice.spacing;
-  record.inverse_spacing = 1.0f / lattice.spacing;
+  set_lattice(record, lattice);
   return record;
 }
 

@@ -63,6 +63,18 @@ inline RecordLattice lattice_of(const VXGridAbstractBase& grid) {
           grid.GetSpacing()};
 }
 
+/// Gives a record the geometry of a lattice.
+inline void set_lattice(GridStruct& record, const RecordLattice& lattice) {
+  record.xmid = lattice.mid[0];
+  record.ymid = lattice.mid[1];
+  record.zmid = lattice.mid[2];
+  record.xdim = lattice.dim[0];
+  record.ydim = lattice.dim[1];
+  record.zdim = lattice.dim[2];
+  record.spacing = lattice.spacing;
+  record.inverse_spacing = 1.0f / lattice.spacing;
+}
+
 }  // namespace VXCore::detail
 
 #endif

@@ -10,6 +10,7 @@
 #include <optional>   // for optional
 
 #include "gridmath/dimensions.h"
+#include "gridmath/record_lattice.h"
 #include "vxgrid/toolkit/names.h"
 
 namespace VXCore {
@@ -202,15 +203,7 @@ int vx_set_grid_from_points(float* points, int count, float x_buffer, float y_bu
     if (!dim) return 0;
     dims[axis] = *dim;
   }
-  const Floats3 mid = box.centre();
-  grid->xmid = mid[0];
-  grid->ymid = mid[1];
-  grid->zmid = mid[2];
-  grid->spacing = spacing;
-  grid->inverse_spacing = 1.0f / spacing;
-  grid->xdim = dims[0];
-  grid->ydim = dims[1];
-  grid->zdim = dims[2];
+  detail::set_lattice(*grid, {dims, box.centre(), spacing});
   grid->floats = nullptr;
   grid->integers = nullptr;
   return 1;

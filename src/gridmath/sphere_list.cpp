@@ -92,15 +92,9 @@ bool size_around(const SphereList& spheres, std::size_t count, float margin, flo
     if (points < 1 || points > std::numeric_limits<int>::max()) return false;
     dims[axis] = static_cast<int>(points);
   }
-  if (vx_grid_struct_overflow(dims[0], dims[1], dims[2])) return false;
-  grid.xmid = mid[0];
-  grid.ymid = mid[1];
-  grid.zmid = mid[2];
-  grid.xdim = dims[0];
-  grid.ydim = dims[1];
-  grid.zdim = dims[2];
-  grid.spacing = spacing;
-  grid.inverse_spacing = 1.0f / spacing;
+  const RecordLattice lattice(dims, mid, spacing);
+  if (lattice.size() == 0) return false;
+  set_lattice(grid, lattice);
   return true;
 }
 
