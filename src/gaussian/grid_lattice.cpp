@@ -2,6 +2,7 @@
 #include "gaussian/grid_lattice.h"
 
 #include <array>  // for array
+#include <cmath>  // for isfinite
 
 #include "gridmath/dimensions.h"
 #include "vxgrid/grid/brio_grid.h"
@@ -18,7 +19,7 @@ GridStruct record_over(const RecordLattice& lattice, float* values) {
 
 bool size_around_points(VXBrioGrid& grid, const float* points, std::size_t n, float reach,
                         float spacing) {
-  if (!(spacing > 0.0f)) return false;
+  if (!(spacing > 0.0f) || !std::isfinite(spacing)) return false;
   std::array<float, 3> low{};
   std::array<float, 3> high{};
   vx_get_box_size(points, static_cast<int>(n), low.data(), high.data());

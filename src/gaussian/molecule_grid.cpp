@@ -1,6 +1,8 @@
 // Molecules as Gaussians on a grid.
 #include "vxgrid/gaussian/molecule_grid.h"
 
+#include <cmath>  // for isfinite
+
 #include "gaussian/grid_lattice.h"
 #include "gaussian/molecule_gaussians.h"
 #include "vxgrid/gaussian/gauss_grid.h"
@@ -26,7 +28,9 @@ int make_molecular_grid(const VXMolBase& mol, float spacing, VXBrioGrid& grid, i
   float* values = nullptr;
   if (grid.GetSize() < 2) {
     GridStruct sized;
-    if (!gaussians.size_grid(spacing, sized) || !take_geometry(grid, sized)) return 0;
+    if (!std::isfinite(spacing) || !gaussians.size_grid(spacing, sized) ||
+        !take_geometry(grid, sized))
+      return 0;
     values = grid.GetFloats().GetValues(0);
   } else {
     values = vi_grid_floats(grid);

@@ -95,7 +95,7 @@ TEST(MoleculeGrid, without_a_spacing_or_atoms_there_is_no_grid) {
   VXBrioGrid grid;
   EXPECT_EQ(vx_make_molecular_gaussian_grid(none, 0.5f, grid), 0);
   EXPECT_FALSE(VXMakeMolecularGaussianGrid(grid, mol));
-  for (const float spacing : {0.0f, -0.5f, 1e-7f, std::nanf("")})
+  for (const float spacing : {0.0f, -0.5f, 1e-7f, std::nanf(""), HUGE_VALF})
     EXPECT_EQ(vx_make_molecular_gaussian_grid(mol, spacing, grid), 0);
   EXPECT_EQ(grid.GetSize(), 0u);
   grid.SetSpacing(0.5f);
