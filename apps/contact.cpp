@@ -4,6 +4,7 @@
 #include "command.h"
 #include "grid_file.h"
 #include "length_option.h"
+#include "model_file.h"
 #include "model_lattice.h"
 #include "vxgrid/fieldgrids/contact.h"
 #include "vxgrid/grid/scalar_grid.h"
@@ -20,9 +21,8 @@ class ContactCommand : public Command {
   void add_options(CLI::App& app) override {
     app.add_option("A", target_file_, "PDB or mmCIF file; the grid is laid around this model")
         ->required();
-    app.add_option("B", probe_file_, "PDB or mmCIF file")->required();
-    app.add_option("-o,--output", output_, "Map file to write (.map, .ccp4, .mrc, .grd ...)")
-        ->required();
+    app.add_option("B", probe_file_, model_file_help)->required();
+    app.add_option("-o,--output", output_, grid_output_help)->required();
     app.add_option("-s,--spacing", spacing_, "Spacing of the grid (Angstrom)")
         ->check(is_length())
         ->capture_default_str();
@@ -32,11 +32,9 @@ class ContactCommand : public Command {
   bool run(const Console& console) override {
     if (!is_writeable(output_, console)) return false;
     VXGraphMol target;
-    if (!VXReadMolecule(target_file_, target))
-      return console.fail(target_file_ + ": cannot be read as a model");
+    if (!read_model(target_file_, target, console)) return false;
     VXGraphMol probe;
-    if (!VXReadMolecule(probe_file_, probe))
-      return console.fail(probe_file_ + ": cannot be read as a model");
+    if (!read_model(probe_file_, probe, console)) return false;
     constexpr int of_densities = 0;  // the mode that gives both models radii
     VXScalarGrid grid;
     if (!lay_lattice(target, spacing_, grid) ||

@@ -6,7 +6,6 @@
 
 #include "grid_json_file.h"
 #include "reflection_input.h"
-#include "vxgrid/density/sigma.h"
 #include "vxgrid/gridio/dispatch.h"
 #include "vxgrid/gridio/formats.h"
 #include "vxgrid/reflection/map_types.h"
@@ -34,10 +33,7 @@ bool make_other_density(const std::string& path, unsigned int type, VXSkewGrid& 
   if (!read_reflections(path, reflections, console)) return false;
   if (!reflections.GetSymmetry())
     console.note(path + " tells no cell and space group, which a map needs");
-  reflections.Expand();
-  if (!reflections.MakeMap(map, type)) return false;
-  VXSigmaNormalizeGrid(map);
-  return true;
+  return make_normalized_map(reflections, type, map);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "command.h"
 #include "grid_file.h"
 #include "length_option.h"
+#include "model_file.h"
 #include "model_lattice.h"
 #include "vxgrid/gaussian/molecule_grid.h"
 #include "vxgrid/grid/brio_grid.h"
@@ -19,9 +20,8 @@ using namespace VXCore;
 class GaussianCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("MODEL", model_file_, "PDB or mmCIF file")->required();
-    app.add_option("-o,--output", output_, "Map file to write (.map, .ccp4, .mrc, .grd ...)")
-        ->required();
+    app.add_option("MODEL", model_file_, model_file_help)->required();
+    app.add_option("-o,--output", output_, grid_output_help)->required();
     app.add_option("-s,--spacing", spacing_, "Spacing of the grid (Angstrom)")
         ->check(is_length())
         ->capture_default_str();
@@ -32,8 +32,7 @@ class GaussianCommand : public Command {
   bool run(const Console& console) override {
     if (!is_writeable(output_, console)) return false;
     VXGraphMol model;
-    if (!VXReadMolecule(model_file_, model))
-      return console.fail(model_file_ + ": cannot be read as a model");
+    if (!read_model(model_file_, model, console)) return false;
     VXBrioGrid grid;
     const auto make =
         product_ ? vx_make_molecular_product_gaussian_grid : vx_make_molecular_gaussian_grid;

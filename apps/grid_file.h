@@ -11,6 +11,9 @@
 
 namespace vxgrid_app {
 
+/// What the help says of an option that names a grid file to write.
+inline constexpr const char* grid_output_help = "Map file to write (.map, .ccp4, .mrc, .grd ...)";
+
 /// What a set of values is like, all 0 for none.
 struct ValueStatistics {
   float lowest = 0;

@@ -8,6 +8,7 @@
 #include "command.h"
 #include "grid_file.h"
 #include "grid_json_file.h"
+#include "model_file.h"
 #include "reflection_input.h"
 #include "vxgrid/crystal/molecule_symmetry.h"
 #include "vxgrid/crystal/space_groups.h"
@@ -135,7 +136,7 @@ bool describe_mtz(const std::string& path, const Console& console) {
 
 bool describe_model(const std::string& path, const Console& console) {
   VXGraphMol model;
-  if (!VXReadMolecule(path, model)) return console.fail(path + ": cannot be read as a model");
+  if (!read_model(path, model, console)) return false;
   std::ostream& out = console.out;
   line(out, "Format", "molecular model");
   line(out, "Title", model.GetTitle());

@@ -16,8 +16,7 @@ class MapCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("REFLECTIONS", reflections_, reflection_file_help)->required();
-    app.add_option("-o,--output", output_, "Map file to write (.map, .ccp4, .mrc, .grd ...)")
-        ->required();
+    app.add_option("-o,--output", output_, grid_output_help)->required();
     app.add_option("-t,--type", type_, "Map coefficients")
         ->check(CLI::IsMember(map_type_names()))
         ->capture_default_str();

@@ -10,6 +10,7 @@
 #include "command.h"
 #include "grid_file.h"
 #include "length_option.h"
+#include "model_file.h"
 #include "vxgrid/gaussian/molecule_grid.h"
 #include "vxgrid/gaussian/molecule_masks.h"
 #include "vxgrid/grid/brio_grid.h"
@@ -32,9 +33,8 @@ class MaskCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("GRID", input_, "Grid or map file to read")->required();
-    app.add_option("MODEL", model_file_, "PDB or mmCIF file")->required();
-    app.add_option("-o,--output", output_, "Map file to write (.map, .ccp4, .mrc, .grd ...)")
-        ->required();
+    app.add_option("MODEL", model_file_, model_file_help)->required();
+    app.add_option("-o,--output", output_, grid_output_help)->required();
     app.add_option("-k,--keep", keep_, "The side of the model's surface that keeps its values")
         ->check(CLI::IsMember({"outside", "inside"}))
         ->capture_default_str();
@@ -49,8 +49,7 @@ class MaskCommand : public Command {
     VXBrioGrid grid;
     if (!is_writeable(output_, console) || !read_grid(input_, grid, console)) return false;
     VXGraphMol model;
-    if (!VXReadMolecule(model_file_, model))
-      return console.fail(model_file_ + ": cannot be read as a model");
+    if (!read_model(model_file_, model, console)) return false;
     const std::vector<float> before(grid.GetValues(), grid.GetValues() + grid.GetSize());
     const bool masked = grid.IsRegular() ? VXMaskGridByMolecule(grid, model, type(), threshold_)
                                          : mask_crystal_lattice(grid, model);

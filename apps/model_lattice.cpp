@@ -3,7 +3,6 @@
 
 #include <cmath>    // for round
 #include <cstddef>  // for size_t
-#include <limits>   // for numeric_limits
 #include <vector>   // for vector
 
 #include "vxgrid/grid/grid_struct.h"
@@ -24,8 +23,7 @@ bool lay(const VXMolBase& model, float spacing, Grid& grid) {
       !vx_set_grid_from_points(coords.data(), static_cast<int>(model.GetMaxAtomIdx()), buffer,
                                buffer, buffer, spacing, &size))
     return false;
-  constexpr double most_points = std::numeric_limits<int>::max();
-  if (double(size.xdim) * double(size.ydim) * double(size.zdim) >= most_points) return false;
+  if (vx_grid_struct_overflow(size)) return false;
   const auto odd = [](int dim) { return static_cast<unsigned int>(dim) | 1u; };
   const auto snapped = [&](float mid) { return std::round(mid / spacing) * spacing; };
   grid.SetSpacing(spacing);

@@ -89,6 +89,13 @@ bool calculate_structure_factors(VXReflection& reflections, const VXMolBase& mod
   return true;
 }
 
+bool make_normalized_map(VXReflection& reflections, unsigned int type, VXSkewGrid& map) {
+  reflections.Expand();
+  if (!reflections.MakeMap(map, type)) return false;
+  VXSigmaNormalizeGrid(map);
+  return true;
+}
+
 bool make_model_map(const std::string& path, const std::string& type, const VXMolBase& model,
                     VXSkewGrid& map, const Console& console) {
   VXReflection reflections;
@@ -107,11 +114,8 @@ bool make_model_map(const std::string& path, const std::string& type, const VXMo
     if (!is_in_map[i]) amplitudes[i] = std::numeric_limits<float>::quiet_NaN();
   }
   reflections.SetFcalc(amplitudes.data(), n);
-  reflections.Expand();
-  if (!reflections.MakeMap(map, VXMTZMapType::Fc))
-    return console.fail(path + ": no map of the model's structure factors can be made");
-  VXSigmaNormalizeGrid(map);
-  return true;
+  return make_normalized_map(reflections, VXMTZMapType::Fc, map) ||
+         console.fail(path + ": no map of the model's structure factors can be made");
 }
 
 }  // namespace vxgrid_app

@@ -23,6 +23,11 @@ bool is_reflection_file(const std::string& path);
 bool read_reflections(const std::string& path, VXCore::VXReflection& reflections,
                       const Console& console);
 
+/// Makes the map of a type from reflections and their symmetry mates, on the scale of its own
+/// deviation; false when there is none.
+bool make_normalized_map(VXCore::VXReflection& reflections, unsigned int type,
+                         VXCore::VXSkewGrid& map);
+
 /// Makes the map of a model's structure factors, on the scale of its own deviation, from the
 /// reflections that a map of the named type is made of; false with the reason told.
 bool make_model_map(const std::string& path, const std::string& type,

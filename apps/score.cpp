@@ -10,6 +10,7 @@
 #include "command.h"
 #include "density_input.h"
 #include "length_option.h"
+#include "model_file.h"
 #include "reflection_input.h"
 #include "vxgrid/density/model_density.h"
 #include "vxgrid/density/real_space_scores.h"
@@ -59,7 +60,7 @@ void fill_in_scatter_defaults(VXMolBase& model, const Console& console) {
 class ScoreCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("MODEL", model_file_, "PDB or mmCIF file")->required();
+    app.add_option("MODEL", model_file_, model_file_help)->required();
     app.add_option("MAP", map_file_, "Map file, or reflection file to make a map from")->required();
     app.add_option("-t,--type", type_, "Map coefficients, when MAP is a reflection file")
         ->check(CLI::IsMember(map_type_names()))
@@ -82,8 +83,7 @@ class ScoreCommand : public Command {
 
   bool run(const Console& console) override {
     VXGraphMol model;
-    if (!VXReadMolecule(model_file_, model))
-      return console.fail(model_file_ + ": cannot be read as a model");
+    if (!read_model(model_file_, model, console)) return false;
     VXSkewGrid map;
     if (!read_density(map_file_, type_, map, console)) return false;
     if (!choose_radius(model, map, console)) return false;

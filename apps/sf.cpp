@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
+#include "model_file.h"
 #include "reflection_input.h"
 #include "vxgrid/reflection/formats.h"
 
@@ -59,7 +60,7 @@ std::optional<Agreement> compare_amplitudes(const VXReflection& reflections) {
 class StructureFactorCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("MODEL", model_file_, "PDB or mmCIF file")->required();
+    app.add_option("MODEL", model_file_, model_file_help)->required();
     app.add_option("REFLECTIONS", reflections_file_, reflection_file_help)->required();
     app.add_option("-o,--output", output_, "Reflection file to write (.vxx, .fob, .cv or .phs)")
         ->required();
@@ -71,8 +72,7 @@ class StructureFactorCommand : public Command {
       return console.fail(output_ +
                           ": the extension names no reflection format that can be written");
     VXGraphMol model;
-    if (!VXReadMolecule(model_file_, model))
-      return console.fail(model_file_ + ": cannot be read as a model");
+    if (!read_model(model_file_, model, console)) return false;
     VXReflection reflections;
     if (!read_reflections(reflections_file_, reflections, console)) return false;
     if (!calculate_structure_factors(reflections, model, console)) return false;

@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
+#include "model_file.h"
 #include "vxgrid/gaussian/series.h"
 #include "vxgrid/toolkit/names.h"
 
@@ -59,14 +60,13 @@ std::string list_text(std::span<const float> numbers, const std::string& unit = 
 class ShapeCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("MODEL", model_file_, "PDB or mmCIF file")->required();
+    app.add_option("MODEL", model_file_, model_file_help)->required();
     app.add_flag("-j,--json", json_, "Write JSON");
   }
 
   bool run(const Console& console) override {
     VXGraphMol model;
-    if (!VXReadMolecule(model_file_, model))
-      return console.fail(model_file_ + ": cannot be read as a model");
+    if (!read_model(model_file_, model, console)) return false;
     const Shape shape = shape_of(model);
     if (!(shape.volume() > 0))
       return console.fail(model_file_ + ": its volume cannot be calculated");

@@ -22,8 +22,7 @@ class ThinCommand : public Command {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("GRID", input_, "Grid or map file to read")->required();
-    app.add_option("-o,--output", output_, "Map file to write (.map, .ccp4, .mrc, .grd ...)")
-        ->required();
+    app.add_option("-o,--output", output_, grid_output_help)->required();
     app.add_option("-l,--level", level_,
                    "The object is what has at least this value; without it, all that is not 0")
         ->check(is_length());

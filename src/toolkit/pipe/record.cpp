@@ -44,23 +44,19 @@ unsigned int VXRecord::CheckField(const VXFieldBase& field) const {
 }
 
 bool VXRecord::DeleteField(const VXFieldBase& field) {
-  const auto is_it = [&](const Entry& entry) { return entry.name == field.GetName(); };
-  const auto found = std::find_if(entries_.begin(), entries_.end(), is_it);
-  if (found == entries_.end()) return false;
-  entries_.erase(found);
-  return true;
+  return std::erase_if(entries_,
+                       [&](const Entry& entry) { return entry.name == field.GetName(); }) > 0;
 }
 
 bool VXRecord::set(const VXFieldBase& field, Entry content) {
-  const auto is_it = [&](const Entry& entry) { return entry.name == field.GetName(); };
-  const auto found = std::find_if(entries_.begin(), entries_.end(), is_it);
-  if (found != entries_.end() && found->type_name != field.GetTypeName()) return false;
+  const Entry* const there = find(field.GetName());
+  if (there && there->type_name != field.GetTypeName()) return false;
   content.name = field.GetName();
   content.type_name = field.GetTypeName();
-  if (found == entries_.end())
-    entries_.push_back(std::move(content));
+  if (there)
+    entries_[static_cast<std::size_t>(there - entries_.data())] = std::move(content);
   else
-    *found = std::move(content);
+    entries_.push_back(std::move(content));
   return true;
 }
 
